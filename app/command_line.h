@@ -1,0 +1,30 @@
+#pragma once
+// The banner, the usage text and the option loop of the entry point.
+
+#include <QString>
+
+#include <cstdint>
+
+// Three arguments after the program name are the minimum, even when fewer
+// would be complete: a directory alone is refused.
+constexpr int kMinimumArgc = 4;
+
+constexpr int kExitOk = 0;
+constexpr int kExitUsage = -1;
+constexpr int kExitRootNotFound = 1;
+constexpr int kExitBadDaysOld = 3;
+
+constexpr std::int32_t kDefaultDaysOld = 14;
+
+struct RunOptions {
+    std::int32_t daysOld = kDefaultDaysOld;
+    bool verbose = false;
+    QString directory;
+};
+
+void printBanner();
+void printUsage();
+
+// Reads -do, -v and the directory (the last plain argument wins). Returns false
+// after printing the conversion error when the value after -do is not a number.
+bool readOptions(int argc, char* argv[], RunOptions& options);

@@ -1,0 +1,20 @@
+#pragma once
+// One concrete folder swept end to end, with its printed report.
+
+#include "sweep/file_time.h"
+
+#include <QString>
+
+#include <cstdint>
+
+// The time of the last progress line, shared by every folder of the run.
+TimeStamp& progressStamp();
+
+// False when the folder does not exist; its warning has then been printed.
+bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose);
+
+// Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
+QString formatGroupedNumber(std::int64_t value);
+
+// Whole MiB free to the caller on the folder's drive; 1000 when unknown.
+std::uint32_t freeDriveSpaceMiB(QString path);

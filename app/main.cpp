@@ -1,0 +1,29 @@
+#include "app/command_line.h"
+#include "app/folder_run.h"
+#include "app/startup_check.h"
+#include "app/wildcard.h"
+
+#include <cstdio>
+
+int main(int argc, char* argv[])
+{
+    printBanner();
+    if (argc < kMinimumArgc) {
+        printUsage();
+        return kExitUsage;
+    }
+    if (!checkInstallRoot(argc, argv))
+        return kExitRootNotFound;
+
+    RunOptions options;
+    if (!readOptions(argc, argv, options))
+        return kExitBadDaysOld;
+
+    progressStamp() = 0;
+    // No line feed: the start line of the first folder begins with one, while a
+    // missing folder's warning follows on the same line.
+    if (options.directory.contains(QLatin1Char('*')))
+        printf("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
+    expandWildcardFolders(options.directory, options.daysOld, options.verbose);
+    return kExitOk;
+}

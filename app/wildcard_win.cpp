@@ -1,0 +1,5 @@
+#include "app/wildcard.h"
+
+void expandWildcardFolders(QString, std::int32_t&, bool&)
+{
+}

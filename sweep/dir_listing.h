@@ -1,0 +1,67 @@
+#pragma once
+// The entries of one folder through the Win32 directory search: name, full
+// path, folder flag, time and size. The sweep reads each folder completely
+// first, so that it can delete entries while it walks through them.
+
+#include "sweep/file_time.h"
+#include "sweep/win32.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+
+struct DirListing;
+
+// The slot through which the caller owns its listing.
+using DirListingHandle = DirListing*;
+
+struct DirListing {
+    bool isOpen = false;
+    bool fromLists = false;
+    bool namesAreFullPaths = false;
+    bool haveLists = false;
+    bool includeFolders = false;
+    QString folder;
+    QString prefix;
+    QStringList prefixFilters;
+    QStringList suffixFilters;
+    QStringList containsFilters;
+    QString searchPattern;
+    bool statDone = false;
+    std::int32_t index = -1;
+    TimeStamp statTime = 0;
+    std::int64_t statSize = 0;
+    bool statIsFolder = false;
+    WIN32_FIND_DATAW findData = {};
+    HANDLE findHandle = INVALID_HANDLE_VALUE;
+    QStringList names;
+    QList<TimeStamp> times;
+    QList<std::int64_t> sizes;
+    QList<bool> folderFlags;
+    DirListingHandle* owner = nullptr;
+};
+
+namespace listing {
+
+void create(DirListingHandle& handle);
+void open(DirListingHandle& handle, const QString& folder, bool includeFolders, bool readAllFirst, bool sort,
+          bool descending);
+bool next(DirListingHandle& handle);
+
+bool isFolder(DirListingHandle& handle);
+QString name(DirListingHandle& handle);
+QString fullPath(DirListingHandle& handle);
+TimeStamp time(DirListingHandle& handle);
+std::int64_t size(DirListingHandle& handle);
+
+// An empty text is ignored.
+void addSuffixFilter(DirListingHandle& handle, const QString& text);
+void addPrefixFilter(DirListingHandle& handle, const QString& text);
+void addContainsFilter(DirListingHandle& handle, const QString& text);
+
+void close(DirListingHandle& handle);
+void destroy(DirListingHandle& handle);
+
+}

@@ -1,0 +1,36 @@
+#include "sweep/file_time.h"
+
+#include <ctime>
+
+namespace {
+
+constexpr std::int64_t kTicksFrom1601To1970 = 116444736000000000LL;
+constexpr std::int64_t kTicksPerSecond = 10000000LL;
+
+}
+
+TimeStamp currentTime()
+{
+#ifdef _WIN32
+    return _time64(nullptr);
+#else
+    return static_cast<TimeStamp>(std::time(nullptr));
+#endif
+}
+
+// Sub-second parts are dropped, and times before 1970 truncate toward zero.
+TimeStamp fileTimeToSeconds(std::uint32_t low, std::uint32_t high)
+{
+    const std::uint64_t ticks = (std::uint64_t(high) << 32) | low;
+    return (static_cast<std::int64_t>(ticks) - kTicksFrom1601To1970) / kTicksPerSecond;
+}
+
+bool hasElapsed(TimeStamp& stamp, std::int64_t span, bool update, const TimeStamp* now)
+{
+    const TimeStamp current = now != nullptr ? *now : currentTime();
+    if (current <= stamp + span)
+        return false;
+    if (update)
+        stamp = current;
+    return true;
+}
