@@ -7,3 +7,13 @@
 // Runs the folder run on every folder the path names, expanding one "*"
 // component at a time, depth-first. A path without "*" is run directly.
 void expandWildcardFolders(QString path, std::int32_t& daysOld, bool& verbose);
+
+// A path cut at its first "*". Only the backslash separates here.
+struct WildcardParts {
+    QString base;      // the folder the "*" component is looked up in
+    QString nameStart; // what the component has in front of the "*"
+    QString nameEnd;   // what it has behind it, up to the next backslash
+    QString rest;      // from that backslash on, or empty
+};
+
+WildcardParts splitAtFirstWildcard(const QString& path);

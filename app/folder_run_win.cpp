@@ -1,0 +1,66 @@
+#include "app/folder_run.h"
+
+#include "sweep/file_ops.h"
+#include "sweep/sweep.h"
+#include "sweep/win32.h"
+
+#include <cstdio>
+
+namespace {
+
+// A drive whose free space cannot be read is reported with this many MiB.
+constexpr std::uint32_t kUnknownFreeMiB = 1000;
+constexpr int kFreeSpaceRootUnits = 255;
+constexpr int kBytesToMiBShift = 20;
+
+}
+
+bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
+{
+    const QByteArray folderText = folder.toLatin1();
+    if (!folderExists(folder)) {
+        printf("Warning: directory %s does not exist!\n", folderText.constData());
+        return false;
+    }
+    printf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
+           folderText.constData(), daysOld);
+
+    QString errors;
+    QString log;
+    std::int32_t deletedCount = 0;
+    std::int64_t deletedKiB = 0;
+    bool namesOnly = false;
+    // The folder named on the command line, or found by a wildcard, is never
+    // removed itself.
+    bool removeIfEmpty = false;
+    bool recurse = true;
+    std::int32_t maxAgeMinutes = ageLimitMinutes(daysOld);
+    sweepFolder(folder, removeIfEmpty, recurse, maxAgeMinutes, nullptr, &errors, &deletedCount, &deletedKiB, &log,
+                namesOnly, &progressStamp());
+
+    // "Kib" is the report's own spelling.
+    printf("  %d files deleted (%s Kib). \n\n", deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
+    if (!errors.isEmpty())
+        printf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
+    if (verbose)
+        printf("\n%s\n\n", log.toLatin1().constData());
+    printf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
+           formatGroupedNumber(freeDriveSpaceMiB(folder)).toLatin1().constData());
+    return true;
+}
+
+std::uint32_t freeDriveSpaceMiB(QString path)
+{
+    const QString root = freeSpaceRoot(path);
+    if (root.isEmpty() || root.size() >= kFreeSpaceRootUnits)
+        return kUnknownFreeMiB;
+
+    wchar_t rootUnits[kFreeSpaceRootUnits] = {};
+    root.toWCharArray(rootUnits);
+    ULARGE_INTEGER freeToCaller = {};
+    ULARGE_INTEGER totalBytes = {};
+    ULARGE_INTEGER totalFree = {};
+    if (!GetDiskFreeSpaceExW(rootUnits, &freeToCaller, &totalBytes, &totalFree))
+        return kUnknownFreeMiB;
+    return static_cast<std::uint32_t>(freeToCaller.QuadPart >> kBytesToMiBShift);
+}

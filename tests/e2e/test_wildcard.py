@@ -1,0 +1,90 @@
+"""Folder components with "*" run one report per matching folder, depth-first."""
+
+import re
+
+from conftest import DAY, make_tree, tree
+from test_command_line import BANNER
+
+OLD = 30 * DAY
+
+
+def reported_folders(out: str):
+    """The folders of the start and warning lines, in the order printed."""
+    return re.findall(r"Starting to delete files in folder '([^']*)'|Warning: directory (.*) does not exist!", out)
+
+
+def test_users_starting_with_m_each_get_their_own_report(tool, drive, work):
+    make_tree(work, {
+        "Users/mary/AppData/Local/Temp/a.tmp": (OLD, 1),
+        "Users/Mike/AppData/Local/Temp/b.tmp": (OLD, 1),
+        "Users/Mike/AppData/Local/Temp/sub/c.tmp": (OLD, 1),
+        "Users/mona/Documents/": None,
+        "Users/bob/AppData/Local/Temp/d.tmp": (OLD, 1),
+    })
+    users = drive.win(work / "Users")
+    pattern = users + "\\m*\\AppData\\Local\\Temp"
+    result = tool("-do", "14", pattern)
+
+    assert result.code == 0
+    assert result.out.startswith(BANNER + f"Searching for folders matching '{pattern}'.\n")
+    assert result.out.count("Searching for folders matching") == 1
+    temp = "\\AppData\\Local\\Temp"
+    # Listed as the file system returns them: names compared upper-cased.
+    assert reported_folders(result.out) == [
+        (users + "\\mary" + temp, ""),
+        (users + "\\Mike" + temp, ""),
+        ("", users + "\\mona" + temp),
+    ]
+    assert "  1 files deleted (0 Kib). \n" in result.out
+    assert "  2 files deleted (0 Kib). \n" in result.out
+    assert "Users/bob/AppData/Local/Temp/d.tmp" in tree(work)
+    assert "Users/Mike/AppData/Local/Temp/sub/" not in tree(work)
+
+
+def test_missing_subpath_warning_follows_the_search_line(tool, drive, work):
+    make_tree(work, {"Users/anna/": None})
+    pattern = drive.win(work / "Users") + "\\*\\Temp"
+    result = tool(pattern, "-do", "1")
+    assert result.out == BANNER + (
+        f"Searching for folders matching '{pattern}'."
+        f"Warning: directory {drive.win(work / 'Users' / 'anna')}\\Temp does not exist!\n")
+
+
+def test_trailing_wildcard_runs_every_folder_with_or_without_backslash(tool, drive, work):
+    make_tree(work, {"jobs/j1/a.tmp": (OLD, 1), "jobs/j2/": None, "jobs/file.txt": (OLD, 1)})
+    jobs = drive.win(work / "jobs")
+
+    plain = tool("-do", "14", jobs + "\\*")
+    assert reported_folders(plain.out) == [(jobs + "\\j1", ""), (jobs + "\\j2", "")]
+
+    slashed = tool("-do", "14", jobs + "\\*\\")
+    assert reported_folders(slashed.out) == [(jobs + "\\j1\\", ""), (jobs + "\\j2\\", "")]
+    # Files beside the matched folders are not part of any run.
+    assert "jobs/file.txt" in tree(work)
+
+
+def test_two_wildcards_expand_depth_first(tool, drive, work):
+    make_tree(work, {
+        "a/x/t/": None, "a/y/t/": None,
+        "b/x/t/": None,
+    })
+    root = drive.win(work)
+    result = tool("-do", "14", root + "\\*\\*\\t")
+    assert [folder for folder, _ in reported_folders(result.out)] == [
+        root + "\\a\\x\\t", root + "\\a\\y\\t", root + "\\b\\x\\t"]
+
+
+def test_text_behind_the_star_does_not_narrow_the_match(tool, drive, work):
+    make_tree(work, {"Users/alpha/tmp/": None, "Users/ab/tmp/": None, "Users/zb/tmp/": None})
+    users = drive.win(work / "Users")
+    result = tool("-do", "14", users + "\\a*b\\tmp")
+    assert [folder for folder, _ in reported_folders(result.out)] == [
+        users + "\\ab\\tmp", users + "\\alpha\\tmp"]
+
+
+def test_lone_star_or_no_match_prints_only_the_search_line(tool, drive, work):
+    make_tree(work, {"Users/": None})
+    for pattern in ("*", drive.win(work / "Users") + "\\q*"):
+        result = tool("-do", "14", pattern)
+        assert result.out == BANNER + f"Searching for folders matching '{pattern}'."
+        assert result.code == 0
