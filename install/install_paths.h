@@ -5,6 +5,10 @@
 
 #include "text/fixed_string.h"
 
+#include <QString>
+
+#include <cstdint>
+
 constexpr int kInstallPathCount = 39;
 
 // Entries the discovery and the layout refer to by meaning.
@@ -28,3 +32,33 @@ void buildInstallLayout(InstallPaths& paths, int argc, char* argv[], bool cfgGlo
 
 // The per-machine folders below the local data folder (entry 21).
 void buildLocalDataLayout(InstallPaths& paths);
+
+// The platform-neutral part of buildInstallLayout: what it learns from the
+// platform is handed in, so the rules run and are tested without Win32.
+
+// Drive C: in the mask of GetLogicalDrives.
+constexpr std::uint32_t kDriveCMask = 1u << 2;
+
+struct LayoutSources {
+    bool cfgGlobalFromExeRoot = false;
+    bool renderAppsFromExeRoot = false;
+    bool win64Binaries = true;
+    // The override folder as renderAppsOverrideFolder gives it; empty when no
+    // override applies (none given, or no such folder).
+    QString renderAppsOverride;
+    // Entry 33 is set only when argc is above 0; appFolder is appFolder(argv[0])
+    // read as Latin-1, before normalisation.
+    bool hasAppFolder = false;
+    QString appFolder;
+    // Entry 21, as localDataFolder gives it.
+    QString localDataFolder;
+};
+
+void buildInstallLayoutFrom(InstallPaths& paths, const LayoutSources& sources);
+
+// "C:\KX_localdata\" when drive C: exists; otherwise below SystemDrive, or
+// on C: when that variable is empty.
+QString localDataFolder(std::uint32_t logicalDrives, const QString& systemDrive);
+
+// Slashes turned into backslashes and a trailing backslash added, cut at 100.
+FixedNarrowString100 renderAppsOverrideFolder(const FixedNarrowString100& override);

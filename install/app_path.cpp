@@ -1,0 +1,88 @@
+#include "install/app_path.h"
+
+namespace {
+
+constexpr char kBackslash = '\\';
+constexpr int kCapacity = FixedNarrowString250::kCapacity;
+
+FixedNarrowString250 narrowText(const char* text)
+{
+    FixedNarrowString250 result;
+    result.assignNarrow(text);
+    return result;
+}
+
+bool isRelativeWithFolder(const FixedNarrowString250& path)
+{
+    return !path.firstUnitIs(kBackslash) && !(path.length > 1 && path.value[1] == ':')
+           && path.firstBackslash() >= 0;
+}
+
+} // namespace
+
+FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path)
+{
+    if (path.length < 3)
+        return path;
+    if (path.endsWithBackslash())
+        path.setLength(std::int16_t(path.length - 1));
+
+    int last = path.length - 1;
+    while (last >= 0 && path.value[last] != kBackslash)
+        --last;
+
+    bool cut = last >= 2; // "C:\" stays "C:\"
+    if (cut && path.value[1] == kBackslash) {
+        // UNC: a further backslash from position 2 on must stand before the
+        // last one, so the share root "\\server\share\" is not cut.
+        int further = last - 1;
+        while (further >= 0 && path.value[further] != kBackslash)
+            --further;
+        cut = further >= 2;
+    }
+    if (cut)
+        path.setLength(std::int16_t(last));
+    if (path.length != kCapacity)
+        path.appendUnits(&kBackslash, 1);
+    return path;
+}
+
+bool argv0NeedsCurrentDirectory(const char* argv0)
+{
+    const FixedNarrowString250 path = narrowText(argv0);
+    return path.length >= 4 && isRelativeWithFolder(path);
+}
+
+FixedNarrowString250 executablePathFromArgv0(const char* argv0, FixedNarrowString250 currentDirectory)
+{
+    FixedNarrowString250 path = narrowText(argv0);
+    if (path.length < 4) {
+        path.clear();
+        return path;
+    }
+    if (!isRelativeWithFolder(path) || currentDirectory.length <= 3)
+        return path;
+
+    if (!currentDirectory.endsWithBackslash() && currentDirectory.length != kCapacity)
+        currentDirectory.appendUnits(&kBackslash, 1);
+
+    // Each "..\" goes one folder up; whatever stands before the last one is
+    // dropped with it, so "a\..\b\x.exe" gives the parent followed by "b\x.exe".
+    const FixedNarrowString250 parentReference = narrowText("..\\");
+    int tail = 0;
+    for (int found = path.indexOfNoCase(parentReference, 0); found >= 0;
+         found = path.indexOfNoCase(parentReference, found + 1)) {
+        parentFolderNarrow(currentDirectory);
+        tail = found + parentReference.length;
+    }
+    currentDirectory.appendUnits(path.value + tail, path.length - tail);
+    return currentDirectory;
+}
+
+bool toExecutableFolder(FixedNarrowString250& path)
+{
+    if (path.isEmpty())
+        return false;
+    parentFolderNarrow(path);
+    return true;
+}

@@ -1,0 +1,30 @@
+#include "install/install_paths.h"
+
+#include "install/app_path.h"
+#include "sweep/file_ops.h"
+#include "sweep/win32.h"
+
+void buildInstallLayout(InstallPaths& paths, int argc, char* argv[], bool cfgGlobalFromExeRoot,
+                        bool renderAppsFromExeRoot, FixedNarrowString100 renderAppsOverride, bool win64Binaries)
+{
+    LayoutSources sources;
+    sources.cfgGlobalFromExeRoot = cfgGlobalFromExeRoot;
+    sources.renderAppsFromExeRoot = renderAppsFromExeRoot;
+    sources.win64Binaries = win64Binaries;
+
+    if (!renderAppsOverride.isEmpty() && folderExists(toQString(renderAppsOverride)))
+        sources.renderAppsOverride = toQString(renderAppsOverrideFolder(renderAppsOverride));
+
+    if (argc > 0) {
+        FixedNarrowString250 folder;
+        appFolder(argv[0], folder);
+        sources.hasAppFolder = true;
+        sources.appFolder = toQString(folder);
+    }
+
+    const DWORD drives = GetLogicalDrives();
+    sources.localDataFolder =
+        localDataFolder(drives, (drives & kDriveCMask) != 0 ? QString() : getEnv(QStringLiteral("SystemDrive")));
+
+    buildInstallLayoutFrom(paths, sources);
+}

@@ -1,0 +1,182 @@
+#include "text/path_normalize.h"
+
+// The rules exist twice, on QString with a separator chosen from the text and
+// on FixedWideString with the backslash. Their odd results are deliberate and
+// kept: the single collapse pass, only the first group of parent references
+// folded, `\\srv\share\..\x` giving `\\srv\sharex`, `C:\..\y` giving `y`.
+
+namespace {
+
+constexpr char16_t kBackslash = u'\\';
+
+FixedWideString fixedText(const char* text)
+{
+    FixedWideString result;
+    result.assignNarrow(text);
+    return result;
+}
+
+} // namespace
+
+QString normalizePath(QString path)
+{
+    if (path.size() < 2)
+        return path;
+
+    const QChar separator = path.contains(QLatin1Char('\\')) ? QLatin1Char('\\') : QLatin1Char('/');
+    const QString doubled = QString(2, separator);
+    const bool unc = path.startsWith(doubled);
+
+    // QString::replace finds the occurrences left to right without overlap,
+    // which is the single pass the rules ask for: n separators give ceil(n/2).
+    path.replace(doubled, QString(separator));
+    if (unc)
+        path.prepend(separator);
+
+    const QString parentReference = QStringLiteral("..") + separator;
+    const int first = int(path.indexOf(parentReference));
+    if (first < 0)
+        return path;
+    QString head = path.left(first);
+
+    // A leading placeholder "<name>" followed by parent references is never
+    // folded.
+    if (head.startsWith(QLatin1Char('<'))) {
+        QString name = head;
+        if (name.endsWith(separator))
+            name.chop(1);
+        if (name.endsWith(QLatin1Char('>')) && !name.contains(separator))
+            return path;
+    }
+
+    QString rest = path.mid(first);
+    while (rest.startsWith(parentReference)) {
+        // Kept as the rules state it: a head that ends with the separator
+        // contains one, so this never stops the loop.
+        if (head.startsWith(QLatin1Char('<')) && head.endsWith(QLatin1Char('>') + QString(separator))
+            && !head.contains(separator))
+            break;
+        rest.remove(0, 3);
+        head = parentFolder(head, separator);
+    }
+    return head + rest;
+}
+
+FixedWideString normalizePathFixed(FixedWideString& path)
+{
+    if (path.length < 2)
+        return path;
+
+    path.toBackslashes();
+    const bool unc = path.isUncPath();
+
+    const FixedWideString single = fixedText("\\");
+    // The next search starts behind the inserted separator: one pass only.
+    path.replaceAllNoCase(fixedText("\\\\"), single);
+    if (unc)
+        path.insertAt(0, single);
+
+    const FixedWideString parentReference = fixedText("..\\");
+    const int first = path.indexOfNoCase(parentReference, 0);
+    if (first < 0)
+        return path;
+    FixedWideString head = path.left(first);
+
+    if (head.firstUnitIs(u'<')) {
+        FixedWideString name = head;
+        if (name.endsWithBackslash())
+            name.setLength(std::int16_t(name.length - 1));
+        if (name.endsWithNoCase(fixedText(">")) && name.indexOfUnitNoCase(kBackslash) < 0)
+            return path;
+    }
+
+    FixedWideString rest = path;
+    rest.removeRange(0, first);
+    for (;;) {
+        FixedWideString prefix = parentReference; // startsWithNoCase upper-cases it
+        if (!rest.startsWithNoCase(prefix))
+            break;
+        // Never fires, as in the QString form.
+        if (head.firstUnitIs(u'<') && head.endsWithNoCase(fixedText(">\\"))
+            && head.indexOfUnitNoCase(kBackslash) < 0)
+            break;
+        rest.removeRange(0, 3);
+        parentFolderFixed(head);
+    }
+    head.append(rest);
+    path = head;
+    return path;
+}
+
+QString parentFolder(QString path, QChar separator)
+{
+    if (path.size() < 3)
+        return path;
+    if (path.endsWith(separator))
+        path.chop(1);
+
+    int start = 0;
+    if (path.at(1) != separator) {
+        start = path.at(1) == QLatin1Char(':') ? 2 : 0;
+    } else {
+        // UNC: the server and share stay. Without a separator at or after
+        // position 2, j is -1 and the second search runs from 0.
+        const int j = int(path.indexOf(separator, 2));
+        start = int(path.indexOf(separator, j + 1));
+        if (start < 0)
+            return path; // a share root: no separator is put back
+    }
+
+    const int k = int(path.lastIndexOf(separator));
+    if (k >= start)
+        path.truncate(k);
+    else if (k < 0)
+        return QString(); // the parent of "C:\" is empty
+    path.append(separator);
+    return path;
+}
+
+FixedWideString parentFolderFixed(FixedWideString& path)
+{
+    if (path.length < 3)
+        return path;
+    if (path.endsWithBackslash())
+        path.setLength(std::int16_t(path.length - 1));
+
+    int start = 0;
+    if (path.value[1] != kBackslash) {
+        start = path.value[1] == u':' ? 2 : 0;
+    } else {
+        // indexOfUnitNoCase takes a start outside 1 to length - 1 as 0.
+        const int j = path.indexOfUnitNoCase(kBackslash, 2);
+        start = path.indexOfUnitNoCase(kBackslash, j + 1);
+        if (start < 0)
+            return path;
+    }
+
+    const int k = lastBackslash(path);
+    if (k >= start) {
+        path.setLength(std::int16_t(k));
+    } else if (k < 0) {
+        path.setLength(0);
+        return path;
+    }
+    path.appendUnits(&kBackslash, 1); // dropped when the path is full
+    return path;
+}
+
+QString toBackslashPath(const QString& path)
+{
+    QString result = path;
+    result.replace(QLatin1Char('/'), QLatin1Char('\\'));
+    return result;
+}
+
+int lastBackslash(const FixedWideString& path)
+{
+    for (int i = path.length - 1; i >= 0; --i) {
+        if (path.value[i] == kBackslash)
+            return i;
+    }
+    return -1;
+}
