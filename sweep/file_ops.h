@@ -1,4 +1,3 @@
-// LEAD NOTE, delete this line before committing: read NOTE-FROM-LEAD.md at the top of your worktree first; it holds the rules your brief's {COMMON} placeholder stood for.
 #pragma once
 // Single files and folders on a Windows file system: existence, time and size,
 // deletion with its error text, removal of an empty folder, the long-path rule.

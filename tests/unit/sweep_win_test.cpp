@@ -1,6 +1,6 @@
 #include "sweep/sweep.h"
 
-#include "win_temp_folder.h"
+#include "temp_folder_win.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ struct SweepResult {
     std::int64_t kib = 0;
 };
 
-class SweepTest : public WinTempFolderTest {
+class SweepTest : public TempFolderTest {
 protected:
     SweepResult sweep(const QString& folder, std::int32_t maxAgeMinutes, bool removeIfEmpty = false,
                       const QStringList* ignoreSuffixes = nullptr, bool namesOnly = false)
@@ -62,7 +62,7 @@ TEST_F(SweepTest, OldTreeIsRemovedBottomUpButTheStartingFolderStays)
     makeFile(QStringLiteral("jobs/b.txt"), old, 512);
     makeFile(QStringLiteral("jobs/deep/c.txt"), old, 1535);
     makeFile(QStringLiteral("jobs/deep/d.txt"), old, 0);
-    makeFolder(QStringLiteral("empty"));
+    makeFolder(path(QStringLiteral("empty")));
 
     const SweepResult result = sweep(root, kOneDayMinutes);
 
@@ -106,8 +106,8 @@ TEST_F(SweepTest, ReadOnlyHiddenAndSystemFilesAreDeleted)
     const TimeStamp old = currentTime() - 30 * kOneDay;
     const DWORD attributes[] = {FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM};
     for (DWORD attribute : attributes) {
-        const QString path = makeFile(QStringLiteral("f%1.txt").arg(attribute), old);
-        ASSERT_TRUE(SetFileAttributesW(reinterpret_cast<const wchar_t*>(path.utf16()), attribute));
+        const QString file = makeFile(QStringLiteral("f%1.txt").arg(attribute), old);
+        ASSERT_TRUE(SetFileAttributesW(asWide(toFixedWide(file).value), attribute));
     }
 
     const SweepResult result = sweep(root, kOneDayMinutes);
@@ -123,7 +123,7 @@ TEST_F(SweepTest, LockedFileGivesItsErrorLineAndNothingElseIsLost)
     makeFile(QStringLiteral("sub/a.txt"), old);
     const QString locked = makeFile(QStringLiteral("sub/b.txt"), old);
     makeFile(QStringLiteral("sub/c.txt"), old);
-    const HANDLE holder = CreateFileW(reinterpret_cast<const wchar_t*>(locked.utf16()), GENERIC_READ, 0, nullptr,
+    const HANDLE holder = CreateFileW(asWide(toFixedWide(locked).value), GENERIC_READ, 0, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(holder, INVALID_HANDLE_VALUE);
 
@@ -192,9 +192,9 @@ TEST_F(SweepTest, IgnoredFolderMakesItsParentsRemovalFail)
     // folders tries, and fails, to remove itself.
     EXPECT_EQ(result.errors, QString());
 
-    QFile::remove(pathOf(QStringLiteral("job/frame.cache")));
+    QFile::remove(path(QStringLiteral("job/frame.cache")));
     const SweepResult second = sweep(root, kOneDayMinutes, false, &suffixes);
-    const QString head = QStringLiteral("Error deleting folder ") + pathOf(QStringLiteral("job")) + QLatin1Char(':');
+    const QString head = QStringLiteral("Error deleting folder ") + path(QStringLiteral("job")) + QLatin1Char(':');
     EXPECT_TRUE(second.errors.startsWith(head)) << second.errors.toStdString();
     EXPECT_EQ(second.errors.count(QLatin1Char('\n')), 1);
     EXPECT_TRUE(exists(QStringLiteral("job/keep.cache/x.txt")));
@@ -233,7 +233,7 @@ TEST_F(SweepTest, ProgressLineIsPrintedWhenTheStampHasElapsed)
 
 TEST_F(SweepTest, MissingFolderIsNothingLeftWithoutAnyOutput)
 {
-    const SweepResult result = sweep(pathOf(QStringLiteral("absent")), kOneDayMinutes);
+    const SweepResult result = sweep(path(QStringLiteral("absent")), kOneDayMinutes);
     EXPECT_TRUE(result.nothingLeft);
     EXPECT_EQ(result.log, QString());
     EXPECT_EQ(result.count, 0);

@@ -6,12 +6,19 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 class TempFolderTest : public ::testing::Test {
 protected:
-    QString path(const QString& name) const { return root + QLatin1Char('\\') + name; }
+    // root + "\" + name, where name may separate its folders with "/".
+    QString path(const QString& name) const
+    {
+        return root + QLatin1Char('\\') + QString(name).replace(QLatin1Char('/'), QLatin1Char('\\'));
+    }
+
+    bool exists(const QString& name) const { return QFileInfo::exists(path(name)); }
 
     // Qt gives long paths the prefix itself, so these work at any length.
     static void makeFolder(const QString& path) { ASSERT_TRUE(QDir().mkpath(path)); }
@@ -27,6 +34,22 @@ protected:
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         ASSERT_TRUE(SetFileTime(file, &created, nullptr, &written));
         CloseHandle(file);
+    }
+
+    static FILETIME fileTimeOf(TimeStamp seconds)
+    {
+        const std::uint64_t ticks = static_cast<std::uint64_t>(seconds) * 10000000ULL + 116444736000000000ULL;
+        return FILETIME{static_cast<DWORD>(ticks & 0xFFFFFFFFu), static_cast<DWORD>(ticks >> 32)};
+    }
+
+    // A file of size bytes last written at time, with the folders on its way.
+    QString makeFile(const QString& name, TimeStamp time, int size = 0)
+    {
+        const QString file = path(name);
+        makeFolder(file.left(file.lastIndexOf(QLatin1Char('\\'))));
+        writeFile(file, QByteArray(size, 'x'));
+        setTimes(file, fileTimeOf(time), fileTimeOf(time));
+        return file;
     }
 
     // A file path of exactly length units, below folders of 100-unit names.
