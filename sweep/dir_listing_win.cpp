@@ -1,0 +1,242 @@
+#include "sweep/dir_listing.h"
+
+#include "sweep/file_ops.h"
+#include "sweep/listing_rules.h"
+
+namespace listing {
+
+namespace {
+
+// Picks the QString form of the overloaded fileExists.
+bool isExistingFile(const QString& path)
+{
+    return fileExists(path);
+}
+
+bool foundFolder(const WIN32_FIND_DATAW& data)
+{
+    return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+QString foundName(const WIN32_FIND_DATAW& data)
+{
+    return QString::fromWCharArray(data.cFileName);
+}
+
+TimeStamp foundTime(const WIN32_FIND_DATAW& data)
+{
+    return entryTime(data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime,
+                     data.ftCreationTime.dwLowDateTime, data.ftCreationTime.dwHighDateTime);
+}
+
+std::int64_t foundSize(const WIN32_FIND_DATAW& data)
+{
+    return static_cast<std::int64_t>((std::uint64_t(data.nFileSizeHigh) << 32) | data.nFileSizeLow);
+}
+
+void closeListing(DirListing& listing)
+{
+    if (listing.findHandle != INVALID_HANDLE_VALUE)
+        FindClose(listing.findHandle);
+    listing.findHandle = INVALID_HANDLE_VALUE;
+    listing.isOpen = false;
+    listing.fromLists = false;
+    listing.namesAreFullPaths = false;
+    listing.haveLists = false;
+}
+
+bool isAccepted(const DirListing& listing)
+{
+    const QString name = foundName(listing.findData);
+    if (foundFolder(listing.findData))
+        return acceptsFolder(name, listing.includeFolders);
+    return acceptsFile(name, listing.suffixFilters, listing.prefixFilters, listing.containsFilters);
+}
+
+bool startSearch(DirListing& listing)
+{
+    const FixedWideString pattern = patternForSearchCall(listing.searchPattern);
+    listing.findHandle = FindFirstFileExW(asWide(pattern.value), FindExInfoStandard, &listing.findData,
+                                          FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    // Windows before 7 does not know large fetches and refuses the flag.
+    if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
+        listing.findHandle = FindFirstFileW(asWide(pattern.value), &listing.findData);
+    return listing.findHandle != INVALID_HANDLE_VALUE;
+}
+
+// Advances the search to the next accepted entry. A folder that cannot be
+// searched yields nothing, and nothing is reported.
+bool nextFound(DirListing& listing)
+{
+    for (;;) {
+        if (listing.findHandle == INVALID_HANDLE_VALUE) {
+            if (!startSearch(listing)) {
+                closeListing(listing);
+                return false;
+            }
+        } else if (!FindNextFileW(listing.findHandle, &listing.findData)) {
+            // The end of the folder and a failure midway are deliberately
+            // treated alike: either way the listing ends quietly.
+            closeListing(listing);
+            return false;
+        }
+        if (isAccepted(listing))
+            return true;
+    }
+}
+
+// The whole folder is read and the search closed before the first entry is
+// handed out, so the caller may delete entries while it walks through them.
+void readAll(DirListing& listing, bool sort, bool descending)
+{
+    while (nextFound(listing)) {
+        listing.names.append(foundName(listing.findData));
+        listing.times.append(foundTime(listing.findData));
+        listing.sizes.append(foundSize(listing.findData));
+        listing.folderFlags.append(foundFolder(listing.findData));
+    }
+    if (sort)
+        sortEntries(listing.names, listing.times, listing.sizes, listing.folderFlags, descending);
+    closeListing(listing);
+    listing.isOpen = true;
+    listing.fromLists = true;
+    listing.haveLists = true;
+    listing.index = -1;
+}
+
+// Whether the properties come from the lists, and there is an entry there.
+bool atListEntry(const DirListing& listing)
+{
+    return listing.haveLists && listing.index >= 0 && listing.index < listing.names.size();
+}
+
+// Whether the properties come from the search, and it has found an entry.
+bool atFoundEntry(const DirListing& listing)
+{
+    return !listing.haveLists && listing.findHandle != INVALID_HANDLE_VALUE;
+}
+
+}
+
+void create(DirListingHandle& handle)
+{
+    handle = new DirListing;
+    handle->owner = &handle;
+}
+
+void open(DirListingHandle& handle, const QString& folder, bool includeFolders, bool readAllFirst, bool sort,
+          bool descending)
+{
+    if (handle == nullptr)
+        return;
+    DirListing& listing = *handle;
+    closeListing(listing);
+    listing.includeFolders = includeFolders;
+
+    const ListingPaths paths = listingPaths(folder, isExistingFile);
+    listing.folder = paths.folder;
+    listing.prefix = paths.prefix;
+    listing.searchPattern = paths.searchPattern;
+
+    listing.names.clear();
+    listing.times.clear();
+    listing.sizes.clear();
+    listing.folderFlags.clear();
+    listing.index = -1;
+    listing.isOpen = true;
+
+    if (readAllFirst || sort)
+        readAll(listing, sort, descending);
+}
+
+bool next(DirListingHandle& handle)
+{
+    if (handle == nullptr || !handle->isOpen)
+        return false;
+    DirListing& listing = *handle;
+    if (!listing.fromLists)
+        return nextFound(listing);
+
+    ++listing.index;
+    if (listing.index < listing.names.size())
+        return true;
+    listing.isOpen = false;
+    return false;
+}
+
+bool isFolder(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return false;
+    if (atListEntry(*handle))
+        return handle->folderFlags.at(handle->index);
+    return atFoundEntry(*handle) && foundFolder(handle->findData);
+}
+
+QString name(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return QString();
+    if (atListEntry(*handle))
+        return handle->names.at(handle->index);
+    return atFoundEntry(*handle) ? foundName(handle->findData) : QString();
+}
+
+QString fullPath(DirListingHandle& handle)
+{
+    const QString entry = name(handle);
+    return entry.isEmpty() ? QString() : handle->prefix + entry;
+}
+
+TimeStamp time(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return 0;
+    if (atListEntry(*handle))
+        return handle->times.at(handle->index);
+    return atFoundEntry(*handle) ? foundTime(handle->findData) : 0;
+}
+
+std::int64_t size(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return 0;
+    if (atListEntry(*handle))
+        return handle->sizes.at(handle->index);
+    return atFoundEntry(*handle) ? foundSize(handle->findData) : 0;
+}
+
+void addSuffixFilter(DirListingHandle& handle, const QString& text)
+{
+    if (handle != nullptr && !text.isEmpty())
+        handle->suffixFilters.append(text);
+}
+
+void addPrefixFilter(DirListingHandle& handle, const QString& text)
+{
+    if (handle != nullptr && !text.isEmpty())
+        handle->prefixFilters.append(text);
+}
+
+void addContainsFilter(DirListingHandle& handle, const QString& text)
+{
+    if (handle != nullptr && !text.isEmpty())
+        handle->containsFilters.append(text);
+}
+
+void close(DirListingHandle& handle)
+{
+    if (handle != nullptr)
+        closeListing(*handle);
+}
+
+void destroy(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return;
+    closeListing(*handle);
+    delete handle;
+    handle = nullptr;
+}
+
+}

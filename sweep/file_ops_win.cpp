@@ -1,0 +1,111 @@
+#include "sweep/file_ops.h"
+
+#include "sweep/error_text.h"
+#include "sweep/win32.h"
+
+#include <QDir>
+
+namespace {
+
+bool isFolderAttribute(DWORD attributes)
+{
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}
+
+bool fileExists(const QString& path)
+{
+    return fileExists(toFixedWide(path));
+}
+
+bool fileExists(const FixedWideString& path)
+{
+    const FixedWideString target = pathForFileCall(path);
+    const DWORD attributes = GetFileAttributesW(asWide(target.value));
+    return attributes != INVALID_FILE_ATTRIBUTES && !isFolderAttribute(attributes);
+}
+
+bool folderExists(QString path)
+{
+    // C: alone never counts: it names the current folder of drive C.
+    if (path.size() < 3)
+        return false;
+    // C:\ becomes C:, which is read as the current folder of drive C.
+    if (path.endsWith(QLatin1Char('\\')))
+        path.chop(1);
+    const FixedWideString target = pathForFileCall(toFixedWide(path));
+    const DWORD attributes = GetFileAttributesW(asWide(target.value));
+    return attributes != INVALID_FILE_ATTRIBUTES && isFolderAttribute(attributes);
+}
+
+bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size)
+{
+    return fileTimeAndSize(toFixedWide(path), time, size);
+}
+
+bool fileTimeAndSize(const FixedWideString& path, TimeStamp* time, std::int64_t* size)
+{
+    const FixedWideString tested = pathForFileCall(path);
+    const DWORD attributes = GetFileAttributesW(asWide(tested.value));
+    if (attributes == INVALID_FILE_ATTRIBUTES || isFolderAttribute(attributes))
+        return false;
+
+    // The open is given the path without the long-path prefix, so a path too
+    // long for the plain form fails here, as it always has.
+    const HANDLE file = CreateFileW(asWide(path.value), 0, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+
+    if (time != nullptr) {
+        FILETIME creation;
+        FILETIME lastAccess;
+        FILETIME lastWrite;
+        *time = GetFileTime(file, &creation, &lastAccess, &lastWrite)
+            ? fileTimeToSeconds(lastWrite.dwLowDateTime, lastWrite.dwHighDateTime)
+            : 0;
+    }
+    if (size != nullptr) {
+        LARGE_INTEGER bytes;
+        if (!GetFileSizeEx(file, &bytes)) {
+            CloseHandle(file);
+            return false;
+        }
+        *size = bytes.QuadPart;
+    }
+    CloseHandle(file);
+    return true;
+}
+
+QString deleteFile(const QString& path)
+{
+    // Gone already, or a folder: nothing to do, and the caller counts it.
+    if (!fileExists(path))
+        return QString();
+
+    const FixedWideString target = pathForFileCall(toFixedWide(path));
+    // Normal attributes are what let read-only, hidden and system files go;
+    // whether they could be set shows in the deletion.
+    SetFileAttributesW(asWide(target.value), FILE_ATTRIBUTE_NORMAL);
+    if (DeleteFileW(asWide(target.value)))
+        return QString();
+
+    const DWORD error = GetLastError();
+    // Someone else deleted it between the test and the deletion.
+    if (error == ERROR_FILE_NOT_FOUND)
+        return QString();
+    return QStringLiteral("Unable to delete file; %1.").arg(toQString(systemErrorText(error)), 0, QLatin1Char(' '));
+}
+
+bool removeFolder(const QString& path)
+{
+    // QDir warns on standard error about an empty name; the tool prints
+    // nothing there.
+    if (path.isEmpty()) {
+        SetLastError(ERROR_PATH_NOT_FOUND);
+        return false;
+    }
+    // Asked of the current folder, since a QDir on the path itself would
+    // resolve a relative path against itself.
+    return QDir().rmdir(toQString(toFixedWide(path)));
+}

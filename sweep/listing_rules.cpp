@@ -1,0 +1,150 @@
+#include "sweep/listing_rules.h"
+
+namespace {
+
+const QChar kBackslash = QLatin1Char('\\');
+
+// Up to and including the last backslash; empty when there is none.
+QString folderPart(const QString& path)
+{
+    return path.left(path.lastIndexOf(kBackslash) + 1);
+}
+
+struct EntryLists {
+    QStringList& names;
+    QList<TimeStamp>& times;
+    QList<std::int64_t>& sizes;
+    QList<bool>& folderFlags;
+};
+
+void swapEntries(EntryLists& lists, qsizetype i, qsizetype j)
+{
+    lists.names.swapItemsAt(i, j);
+    lists.times.swapItemsAt(i, j);
+    lists.sizes.swapItemsAt(i, j);
+    lists.folderFlags.swapItemsAt(i, j);
+}
+
+bool comesBefore(const QString& a, const QString& b, bool descending)
+{
+    return descending ? b < a : a < b;
+}
+
+// Hoare's partition around the name at the lower middle index.
+void quickSort(EntryLists& lists, qsizetype first, qsizetype last, bool descending)
+{
+    while (first < last) {
+        const QString pivot = lists.names.at(first + (last - first) / 2);
+        qsizetype i = first;
+        qsizetype j = last;
+        while (i <= j) {
+            while (comesBefore(lists.names.at(i), pivot, descending))
+                ++i;
+            while (comesBefore(pivot, lists.names.at(j), descending))
+                --j;
+            if (i <= j) {
+                swapEntries(lists, i, j);
+                ++i;
+                --j;
+            }
+        }
+        // The smaller side is sorted by recursion and the larger one by the
+        // loop, so the stack stays shallow even for unlucky pivots.
+        if (j - first < last - i) {
+            quickSort(lists, first, j, descending);
+            first = i;
+        } else {
+            quickSort(lists, i, last, descending);
+            last = j;
+        }
+    }
+}
+
+bool endsWithAny(const QString& name, const QStringList& suffixes)
+{
+    for (const QString& suffix : suffixes) {
+        if (name.endsWith(suffix, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+bool startsWithAny(const QString& name, const QStringList& prefixes)
+{
+    for (const QString& prefix : prefixes) {
+        if (name.startsWith(prefix, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+bool containsAny(const QString& name, const QStringList& texts)
+{
+    for (const QString& text : texts) {
+        if (name.contains(text, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+}
+
+ListingPaths listingPaths(const QString& folder, bool (*isExistingFile)(const QString&))
+{
+    ListingPaths paths;
+    paths.folder = folder;
+    paths.folder.replace(QLatin1Char('/'), kBackslash);
+    paths.searchPattern = paths.folder;
+
+    if (paths.folder.endsWith(QLatin1Char('*'))) {
+        paths.prefix = folderPart(paths.folder);
+    } else if (isExistingFile(paths.folder)) {
+        // Searching for the file's own name yields that one file.
+        paths.prefix = folderPart(paths.folder);
+    } else if (paths.folder.endsWith(kBackslash)) {
+        paths.prefix = paths.folder;
+        paths.searchPattern = paths.prefix + QLatin1Char('*');
+    } else {
+        paths.prefix = paths.folder + kBackslash;
+        paths.searchPattern = paths.prefix + QLatin1Char('*');
+    }
+    return paths;
+}
+
+// A last-write time whose upper word is zero lies within 430 seconds of 1601,
+// which no real write does; the creation time stands in for it.
+TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32_t creationLow,
+                    std::uint32_t creationHigh)
+{
+    if (writeHigh == 0)
+        return fileTimeToSeconds(creationLow, creationHigh);
+    return fileTimeToSeconds(writeLow, writeHigh);
+}
+
+bool acceptsFolder(const QString& name, bool includeFolders)
+{
+    return includeFolders && name != QLatin1String(".") && name != QLatin1String("..");
+}
+
+bool acceptsFile(const QString& name, const QStringList& suffixFilters, const QStringList& prefixFilters,
+                 const QStringList& containsFilters)
+{
+    bool accepted = true;
+    if (!suffixFilters.isEmpty())
+        accepted = endsWithAny(name, suffixFilters);
+    if (!prefixFilters.isEmpty())
+        accepted = startsWithAny(name, prefixFilters);
+    if (!containsFilters.isEmpty())
+        accepted = containsAny(name, containsFilters);
+    return accepted;
+}
+
+void sortEntries(QStringList& names, QList<TimeStamp>& times, QList<std::int64_t>& sizes, QList<bool>& folderFlags,
+                 bool descending)
+{
+    const qsizetype count = names.size();
+    if (times.size() != count || sizes.size() != count || folderFlags.size() != count)
+        return;
+    EntryLists lists{names, times, sizes, folderFlags};
+    quickSort(lists, 0, count - 1, descending);
+}
