@@ -39,13 +39,15 @@ kx_wine_start() {
     mkdir -p "$WINEPREFIX"
     (
         flock 9
+        # The lock's descriptor is closed for Wine's processes: they outlive
+        # this block and would otherwise hold the lock for good.
         if [ ! -f "$WINEPREFIX/.kx-booted" ]; then
-            "$KX_WINE64" wineboot -u </dev/null >/dev/null 2>&1
+            "$KX_WINE64" wineboot -u </dev/null >/dev/null 2>&1 9>&-
             touch "$WINEPREFIX/.kx-booted"
         fi
         # Exit code 0 means a new server was started for this prefix.
-        if "$KX_WINESERVER" -p </dev/null >/dev/null 2>&1; then
-            "$KX_WINE64" wineboot </dev/null >/dev/null 2>&1
+        if "$KX_WINESERVER" -p </dev/null >/dev/null 2>&1 9>&-; then
+            "$KX_WINE64" wineboot </dev/null >/dev/null 2>&1 9>&-
         fi
     ) 9>"$WINEPREFIX.lock"
 }
