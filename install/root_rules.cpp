@@ -1,0 +1,116 @@
+#include "install/root_rules.h"
+
+#include "text/entities.h"
+#include "text/path_normalize.h"
+
+const QString kRootSeparator = QStringLiteral("\\");
+
+namespace {
+
+bool endsWithSeparator(const QString& text)
+{
+    return text.endsWith(QLatin1Char('\\')) || text.endsWith(QLatin1Char('/'));
+}
+
+void appendBackslashIfRoom(FixedWideString250& folder)
+{
+    if (!folder.endsWithBackslash() && folder.length + 1 <= FixedWideString250::kCapacity) {
+        const char16_t backslash = u'\\';
+        folder.appendUnits(&backslash, 1);
+    }
+}
+
+}
+
+QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeArgument)
+{
+    QStringList values;
+    for (int i = 1; i < argc; ++i) {
+        QString argument = QString::fromLatin1(argv[i]);
+        if (decodeArgument)
+            argument = decodeEntities(argument);
+        if (argument.startsWith(flag, Qt::CaseInsensitive) && i + 1 < argc)
+            values.append(decodeEntities(QString::fromLatin1(argv[i + 1])));
+    }
+    return values;
+}
+
+QStringList kxRootFlagValues(int argc, char* argv[])
+{
+    QStringList values = flagValues(argc, argv, QStringLiteral("-kxRoot"), true);
+    for (QString& value : values) {
+        if (!endsWithSeparator(value))
+            value += kRootSeparator;
+    }
+    return values;
+}
+
+QString environmentCandidate(QString value)
+{
+    value.remove(QLatin1Char('\r'));
+    if (!value.isEmpty() && !endsWithSeparator(value))
+        value += kRootSeparator;
+    return value;
+}
+
+QString replaceInternalMarker(QString candidate)
+{
+    return candidate.replace(QStringLiteral("\\_internal_"), QStringLiteral("\\_"), Qt::CaseSensitive);
+}
+
+bool endsWithVersionFolder(const QString& root)
+{
+    return root.endsWith(QStringLiteral("_KX9"), Qt::CaseInsensitive)
+        || root.endsWith(QStringLiteral("_KX9\\"), Qt::CaseInsensitive);
+}
+
+FixedWideString250 statusFolderEntry(const QString& value, const FixedWideString250& root)
+{
+    FixedWideString250 status = toFixedWide250(value);
+    // A quoted value that ends in a backslash arrives with a stray quote.
+    if (!status.isEmpty() && status.value[status.length - 1] == u'"')
+        status.setLength(std::int16_t(status.length - 1));
+    appendBackslashIfRoom(status);
+    if (!status.startsWithParentReference())
+        return status;
+
+    // Relative to the root: the join is cut at 250 before it is normalised.
+    FixedWideString250 joined = root;
+    joined.append(status);
+    FixedWideString wide;
+    wide.appendUnits(joined.value, joined.length);
+    normalizePathFixed(wide);
+    status.clear();
+    status.appendUnits(wide.value, wide.length);
+    return status;
+}
+
+QString relinkFilePath(const QString& root)
+{
+    return root + QStringLiteral("sub") + kRootSeparator + QStringLiteral("cfg_global") + kRootSeparator
+        + QStringLiteral("relink_win.cfg");
+}
+
+QString releaseTwin(QString path)
+{
+    return path.replace(QStringLiteral("_debug"), QStringLiteral("_release"), Qt::CaseSensitive);
+}
+
+// "ExeRoot" does not begin with "Root", so testing "Root" first never hides it.
+void applyRelinkLine(InstallPaths& paths, const QByteArray& line)
+{
+    const QString text = QString::fromLatin1(line).trimmed();
+    const int equals = text.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return;
+    const QString value = text.mid(equals + 1).trimmed();
+    if (text.startsWith(QStringLiteral("Root"), Qt::CaseInsensitive)) {
+        FixedWideString250& root = paths.entries[kRootEntry];
+        root = toFixedWide250(value);
+        // Nothing after "=" leaves the root empty, like a line of no known form.
+        if (!root.isEmpty())
+            appendBackslashIfRoom(root);
+    } else if (text.startsWith(QStringLiteral("ExeRoot"), Qt::CaseInsensitive)) {
+        paths.entries[kExeRootEntry] = toFixedWide250(value);
+    }
+}
