@@ -5,13 +5,6 @@ namespace {
 constexpr char kBackslash = '\\';
 constexpr int kCapacity = FixedNarrowString250::kCapacity;
 
-FixedNarrowString250 narrowText(const char* text)
-{
-    FixedNarrowString250 result;
-    result.assignNarrow(text);
-    return result;
-}
-
 bool isRelativeWithFolder(const FixedNarrowString250& path)
 {
     return !path.firstUnitIs(kBackslash) && !(path.length > 1 && path.value[1] == ':')
@@ -49,13 +42,13 @@ FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path)
 
 bool argv0NeedsCurrentDirectory(const char* argv0)
 {
-    const FixedNarrowString250 path = narrowText(argv0);
+    const FixedNarrowString250 path = FixedNarrowString250::fromNarrow(argv0);
     return path.length >= 4 && isRelativeWithFolder(path);
 }
 
 FixedNarrowString250 executablePathFromArgv0(const char* argv0, FixedNarrowString250 currentDirectory)
 {
-    FixedNarrowString250 path = narrowText(argv0);
+    FixedNarrowString250 path = FixedNarrowString250::fromNarrow(argv0);
     if (path.length < 4) {
         path.clear();
         return path;
@@ -68,7 +61,7 @@ FixedNarrowString250 executablePathFromArgv0(const char* argv0, FixedNarrowStrin
 
     // Each "..\" goes one folder up; whatever stands before the last one is
     // dropped with it, so "a\..\b\x.exe" gives the parent followed by "b\x.exe".
-    const FixedNarrowString250 parentReference = narrowText("..\\");
+    const FixedNarrowString250 parentReference = FixedNarrowString250::fromNarrow("..\\");
     int tail = 0;
     for (int found = path.indexOfNoCase(parentReference, 0); found >= 0;
          found = path.indexOfNoCase(parentReference, found + 1)) {

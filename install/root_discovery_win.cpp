@@ -59,7 +59,7 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
 {
     QString candidate;
 
-    // 1. -kxRoot: every value is logged, the last one is tested, and a value
+    // The -kxRoot flag: every value is logged, the last one is tested, and a value
     // that is not a root is not cut back to the folder above "bin".
     rootLog += QLatin1String(kLogFlagHead);
     for (const QString& value : kxRootFlagValues(argc, argv)) {
@@ -75,11 +75,11 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
             startedOutsideRoot = false;
     }
 
-    // 2. The installer's variable.
+    // The installer's variable.
     if (candidate.isEmpty())
         tryEnvironment(candidate, rootLog, "KX_ROOT_INSTALLER", kLogInstallerHead);
 
-    // 3. The executable's own folder. The rest of the step runs whatever the
+    // The executable's own folder. The rest of the step runs whatever the
     // candidate holds, so a root accepted above is rewritten, logged and tested
     // again here.
     if (candidate.isEmpty())
@@ -88,23 +88,23 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     rootLog += QLatin1String(kLogAppPathHead) + candidate;
     testCandidate(candidate, rootLog);
 
-    // 4. argv[0], which writes nothing to the log.
+    // argv[0], which writes nothing to the log.
     if (candidate.isEmpty() && argc >= 1)
         candidate = argumentPathCandidate(programName(argc, argv));
 
-    // 5. The suite's variable.
+    // The suite's variable.
     if (candidate.isEmpty())
         tryEnvironment(candidate, rootLog, "KX_ROOT", kLogEnvironmentHead);
 
     if (candidate.isEmpty())
         return false;
 
-    // 7. The executables root defaults to the root.
+    // The executables root defaults to the root.
     FixedWideString250& root = paths.entries[kRootEntry];
     root = toFixedWide250(candidate);
     paths.entries[kExeRootEntry] = root;
 
-    // 8. The relink file, or else the version-folder rule.
+    // The relink file, or else the version-folder rule.
     switch (readRelinkFile(paths, rootLog)) {
     case RelinkOutcome::CannotOpen:
         return false;
@@ -121,7 +121,7 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     }
     }
 
-    // 9. The status folder; the flag itself is tested undecoded.
+    // The status folder; the flag itself is tested undecoded.
     FixedWideString250& status = paths.entries[kStatusEntry];
     status.clear();
     for (const QString& value : flagValues(argc, argv, QStringLiteral("-loadstatus"), false))

@@ -1,5 +1,5 @@
 #pragma once
-// The pure rules of installation-root discovery (Parts 3.1 and 3.3): how flag
+// The pure rules of installation-root discovery: how flag
 // values are read from the command line, how candidates and the relink line are
 // shaped, and the texts of rootLog. Nothing here touches the file system or the
 // environment, so all of it is tested natively.

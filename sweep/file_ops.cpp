@@ -1,16 +1,5 @@
 #include "sweep/file_ops.h"
 
-namespace {
-
-FixedWideString narrowText(const char* text)
-{
-    FixedWideString result;
-    result.assignNarrow(text);
-    return result;
-}
-
-}
-
 bool needsLongPathPrefix(int length)
 {
     return length >= kLongPathThreshold;
@@ -28,9 +17,9 @@ const FixedWideString& withLongPathPrefix(FixedWideString& destination, const Fi
         // \\server\share becomes \\?\UNC\server\share: one of the two leading
         // backslashes gives way to the prefix.
         destination.removeRange(0, 1);
-        destination.insertAt(0, narrowText("\\\\?\\UNC"));
+        destination.insertAt(0, FixedWideString::fromNarrow("\\\\?\\UNC"));
     } else {
-        destination.insertAt(0, narrowText("\\\\?\\"));
+        destination.insertAt(0, FixedWideString::fromNarrow("\\\\?\\"));
     }
     return destination;
 }

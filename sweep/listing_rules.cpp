@@ -60,28 +60,13 @@ void quickSort(EntryLists& lists, qsizetype first, qsizetype last, bool descendi
     }
 }
 
-bool endsWithAny(const QString& name, const QStringList& suffixes)
-{
-    for (const QString& suffix : suffixes) {
-        if (name.endsWith(suffix, Qt::CaseInsensitive))
-            return true;
-    }
-    return false;
-}
+// QString's endsWith, startsWith or contains, each asked ignoring case.
+using NameTest = bool (QString::*)(const QString&, Qt::CaseSensitivity) const;
 
-bool startsWithAny(const QString& name, const QStringList& prefixes)
-{
-    for (const QString& prefix : prefixes) {
-        if (name.startsWith(prefix, Qt::CaseInsensitive))
-            return true;
-    }
-    return false;
-}
-
-bool containsAny(const QString& name, const QStringList& texts)
+bool anyMatches(const QString& name, const QStringList& texts, NameTest test)
 {
     for (const QString& text : texts) {
-        if (name.contains(text, Qt::CaseInsensitive))
+        if ((name.*test)(text, Qt::CaseInsensitive))
             return true;
     }
     return false;
@@ -131,11 +116,11 @@ bool acceptsFile(const QString& name, const QStringList& suffixFilters, const QS
 {
     bool accepted = true;
     if (!suffixFilters.isEmpty())
-        accepted = endsWithAny(name, suffixFilters);
+        accepted = anyMatches(name, suffixFilters, &QString::endsWith);
     if (!prefixFilters.isEmpty())
-        accepted = startsWithAny(name, prefixFilters);
+        accepted = anyMatches(name, prefixFilters, &QString::startsWith);
     if (!containsFilters.isEmpty())
-        accepted = containsAny(name, containsFilters);
+        accepted = anyMatches(name, containsFilters, &QString::contains);
     return accepted;
 }
 

@@ -51,6 +51,13 @@ struct FixedString {
         zeroTail();
     }
 
+    static FixedString fromNarrow(const char* text)
+    {
+        FixedString result;
+        result.assignNarrow(text);
+        return result;
+    }
+
     void assign(const FixedString& other) { *this = other; }
 
     // Growing exposes whatever stood behind the old terminator.
@@ -181,8 +188,7 @@ struct FixedString {
     {
         if (length == 0)
             return false;
-        FixedString twoBackslashes;
-        twoBackslashes.assignNarrow("\\\\");
+        FixedString twoBackslashes = fromNarrow("\\\\");
         return startsWithNoCase(twoBackslashes);
     }
 

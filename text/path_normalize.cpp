@@ -9,13 +9,6 @@ namespace {
 
 constexpr char16_t kBackslash = u'\\';
 
-FixedWideString fixedText(const char* text)
-{
-    FixedWideString result;
-    result.assignNarrow(text);
-    return result;
-}
-
 } // namespace
 
 QString normalizePath(QString path)
@@ -28,7 +21,7 @@ QString normalizePath(QString path)
     const bool unc = path.startsWith(doubled);
 
     // QString::replace finds the occurrences left to right without overlap,
-    // which is the single pass the rules ask for: n separators give ceil(n/2).
+    // which makes the collapse a single pass: n separators give ceil(n/2).
     path.replace(doubled, QString(separator));
     if (unc)
         path.prepend(separator);
@@ -51,7 +44,7 @@ QString normalizePath(QString path)
 
     QString rest = path.mid(first);
     while (rest.startsWith(parentReference)) {
-        // Kept as the rules state it: a head that ends with the separator
+        // Kept as it has always stood: a head that ends with the separator
         // contains one, so this never stops the loop.
         if (head.startsWith(QLatin1Char('<')) && head.endsWith(QLatin1Char('>') + QString(separator))
             && !head.contains(separator))
@@ -70,13 +63,13 @@ FixedWideString normalizePathFixed(FixedWideString& path)
     path.toBackslashes();
     const bool unc = path.isUncPath();
 
-    const FixedWideString single = fixedText("\\");
+    const FixedWideString single = FixedWideString::fromNarrow("\\");
     // The next search starts behind the inserted separator: one pass only.
-    path.replaceAllNoCase(fixedText("\\\\"), single);
+    path.replaceAllNoCase(FixedWideString::fromNarrow("\\\\"), single);
     if (unc)
         path.insertAt(0, single);
 
-    const FixedWideString parentReference = fixedText("..\\");
+    const FixedWideString parentReference = FixedWideString::fromNarrow("..\\");
     const int first = path.indexOfNoCase(parentReference, 0);
     if (first < 0)
         return path;
@@ -86,7 +79,7 @@ FixedWideString normalizePathFixed(FixedWideString& path)
         FixedWideString name = head;
         if (name.endsWithBackslash())
             name.setLength(std::int16_t(name.length - 1));
-        if (name.endsWithNoCase(fixedText(">")) && name.indexOfUnitNoCase(kBackslash) < 0)
+        if (name.endsWithNoCase(FixedWideString::fromNarrow(">")) && name.indexOfUnitNoCase(kBackslash) < 0)
             return path;
     }
 
@@ -97,7 +90,7 @@ FixedWideString normalizePathFixed(FixedWideString& path)
         if (!rest.startsWithNoCase(prefix))
             break;
         // Never fires, as in the QString form.
-        if (head.firstUnitIs(u'<') && head.endsWithNoCase(fixedText(">\\"))
+        if (head.firstUnitIs(u'<') && head.endsWithNoCase(FixedWideString::fromNarrow(">\\"))
             && head.indexOfUnitNoCase(kBackslash) < 0)
             break;
         rest.removeRange(0, 3);

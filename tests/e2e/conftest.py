@@ -112,12 +112,12 @@ def make_tree(root: Path, files: dict, now=None):
     A path ending in "/" is an empty folder.
     """
     now = int(time.time()) if now is None else now
-    for relative, spec in files.items():
+    for relative, shape in files.items():
         path = root / relative
         if relative.endswith("/"):
             path.mkdir(parents=True, exist_ok=True)
             continue
-        age, size = spec
+        age, size = shape
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(b"x" * size)
         os.utime(path, (now - age, now - age))
