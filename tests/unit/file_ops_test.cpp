@@ -12,13 +12,8 @@ QString padded(const char* head, int length)
 
 TEST(LongPathRule, FilesFromTheThresholdOnAndSearchesAboveIt)
 {
-    const QString file = "\\\\?\\";
-    const QString unc = "\\\\?\\UNC";
-    const struct {
-        QString path;
-        QString forFile;
-        QString forSearch;
-    } cases[] = {
+    const QString file = QStringLiteral("\\\\?\\"), unc = QStringLiteral("\\\\?\\UNC");
+    const struct { QString path, forFile, forSearch; } cases[] = {
         {padded("C:\\", 239), padded("C:\\", 239), padded("C:\\", 239)},
         {padded("C:\\", 240), file + padded("C:\\", 240), padded("C:\\", 240)},
         {padded("c:/a", 241), file + padded("c:/a", 241), file + padded("c:/a", 241)},
@@ -30,20 +25,6 @@ TEST(LongPathRule, FilesFromTheThresholdOnAndSearchesAboveIt)
         EXPECT_EQ(toQString(pathForFileCall(toFixedWide(c.path))), c.forFile) << c.path.size();
         EXPECT_EQ(toQString(patternForSearchCall(c.path)), c.forSearch) << c.path.size();
     }
-}
-
-TEST(FolderOfPath, KeepsTheFolderWithATrailingBackslash)
-{
-    const struct {
-        const char* path;
-        const char* folder;
-    } cases[] = {
-        {"C:\\a\\b.txt", "C:\\a\\"}, {"C:\\a\\", "C:\\a\\"}, {"C:\\m", "C:\\"},
-        {"\\\\server\\share", "\\\\server\\share\\"}, {"\\\\server\\share\\x", "\\\\server\\share\\"},
-        {"abc", "abc\\"}, {"C:", "C:"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(folderOfPath(QString::fromLatin1(c.path)), QString::fromLatin1(c.folder)) << c.path;
 }
 
 }

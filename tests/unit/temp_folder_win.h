@@ -17,10 +17,8 @@ protected:
     {
         return root + QLatin1Char('\\') + QString(name).replace(QLatin1Char('/'), QLatin1Char('\\'));
     }
-
     bool exists(const QString& name) const { return QFileInfo::exists(path(name)); }
 
-    // Qt gives long paths the prefix itself, so these work at any length.
     static void makeFolder(const QString& path) { ASSERT_TRUE(QDir().mkpath(path)); }
     static void writeFile(const QString& path, const QByteArray& bytes = "x")
     {
@@ -50,16 +48,6 @@ protected:
         writeFile(file, QByteArray(size, 'x'));
         setTimes(file, fileTimeOf(time), fileTimeOf(time));
         return file;
-    }
-
-    // A file path of exactly length units, below folders of 100-unit names.
-    QString longFilePath(int length) const
-    {
-        QString folder = root;
-        while (length - folder.size() > 120)
-            folder += QLatin1Char('\\') + QString(100, QLatin1Char('d'));
-        makeFolder(folder);
-        return folder + QLatin1Char('\\') + QString(length - folder.size() - 1, QLatin1Char('f'));
     }
 
     QTemporaryDir temp;
