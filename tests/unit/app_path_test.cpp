@@ -2,68 +2,40 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
-namespace {
-
-FixedNarrowString250 narrow(const char* text)
-{
-    FixedNarrowString250 result;
-    result.assignNarrow(text);
-    return result;
-}
-
-std::string text(const FixedNarrowString250& value)
-{
-    return std::string(value.value, value.length);
-}
-
+// Input, then the parent; callers use the text changed in place.
 TEST(NarrowParentFolder, DriveAndShareRootsAreNotCut)
 {
-    const struct {
-        const char* path;
-        const char* expected;
-    } cases[] = {
-        {"ab", "ab"},           {"abc", R"(abc\)"}, {R"(X:\a\b\)", R"(X:\a\)"},
-        {R"(X:\a)", R"(X:\)"},  {R"(X:\)", R"(X:\)"}, {R"(\\srv\share\)", R"(\\srv\share\)"},
-        {R"(\\srv\share\d\)", R"(\\srv\share\)"},
+    const char* const cases[][2] = {
+        {"ab", "ab"}, {"abc", R"(abc\)"}, {R"(X:\a\b\)", R"(X:\a\)"}, {R"(X:\a)", R"(X:\)"}, {R"(X:\)", R"(X:\)"},
+        {R"(\\srv\share\)", R"(\\srv\share\)"}, {R"(\\srv\share\d\)", R"(\\srv\share\)"},
     };
     for (const auto& c : cases) {
-        FixedNarrowString250 path = narrow(c.path);
-        EXPECT_EQ(text(parentFolderNarrow(path)), c.expected) << c.path;
-        EXPECT_EQ(text(path), c.expected) << c.path;
+        FixedNarrowString250 path;
+        path.assignNarrow(c[0]);
+        parentFolderNarrow(path);
+        EXPECT_EQ(toQString(path), QString::fromLatin1(c[1])) << c[0];
     }
 }
 
-// What appFolder falls back on when the module's own file name is unknown.
-TEST(AppFolderFromArgv0, RelativePathsFollowTheCurrentDirectory)
+// appFolder's fallback when the module's file name is unknown, which asks for
+// the current directory only where needed. argv0 and that directory, then the folder.
+TEST(AppFolderFromArgv0, RelativePathsFollowTheCurrentDirectoryAndEachParentReference)
 {
-    const struct {
-        const char* argv0;
-        const char* cwd;
-        bool needsCwd;
-        const char* folder;
-    } cases[] = {
-        {R"(bin\tool.exe)", R"(X:\suite)", true, R"(X:\suite\bin\)"},
-        {R"(bin\tool.exe)", R"(X:\suite\)", true, R"(X:\suite\bin\)"},
-        {R"(..\win64\tool.exe)", R"(X:\suite\bin\x64)", true, R"(X:\suite\bin\win64\)"},
-        {R"(a\..\b\x.exe)", R"(X:\suite)", true, R"(X:\b\)"},
-        {R"(..\..\x.exe)", R"(X:\a\b\c)", true, R"(X:\a\)"},
-        {R"(bin\tool.exe)", R"(X:\)", true, R"(bin\)"},
-        {R"(a\b)", R"(X:\suite)", false, ""},
-        {R"(C:\t\x.exe)", R"(X:\suite)", false, R"(C:\t\)"},
-        {R"(\t\x.exe)", R"(X:\suite)", false, R"(\t\)"},
-        {"tool.exe", R"(X:\suite)", false, R"(tool.exe\)"},
+    const char* const cases[][3] = {
+        {R"(bin\tool.exe)", R"(X:\suite)", R"(X:\suite\bin\)"},
+        {R"(..\win64\tool.exe)", R"(X:\suite\bin\x64\)", R"(X:\suite\bin\win64\)"},
+        {R"(a\..\b\x.exe)", R"(X:\suite)", R"(X:\b\)"},
+        {R"(..\..\x.exe)", R"(X:\a\b\c)", R"(X:\a\)"},
+        {R"(bin\tool.exe)", R"(X:\)", R"(bin\)"},
+        {R"(C:\t\x.exe)", R"(X:\suite)", R"(C:\t\)"},
+        {R"(a\b)", R"(X:\suite)", ""},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(argv0NeedsCurrentDirectory(c.argv0), c.needsCwd) << c.argv0;
-        FixedNarrowString250 path = executablePathFromArgv0(c.argv0, narrow(c.cwd));
-        EXPECT_EQ(toExecutableFolder(path), *c.folder != 0) << c.argv0;
-        EXPECT_EQ(text(path), c.folder) << c.argv0;
+        FixedNarrowString250 cwd;
+        if (argv0NeedsCurrentDirectory(c[0]))
+            cwd.assignNarrow(c[1]);
+        FixedNarrowString250 path = executablePathFromArgv0(c[0], cwd);
+        EXPECT_EQ(toExecutableFolder(path), *c[2] != 0) << c[0];
+        EXPECT_EQ(toQString(path), QString::fromLatin1(c[2])) << c[0];
     }
-
-    const std::string cwd = R"(X:\)" + std::string(240, 'd');
-    EXPECT_EQ(text(executablePathFromArgv0(R"(bin\tool.exe)", narrow(cwd.c_str()))), cwd + R"(\bin\to)");
 }
-
-} // namespace
