@@ -1,9 +1,5 @@
-"""The installation-root check at start-up.
-
-A bad "-do" value is the probe: exit code 3 with the conversion error proves
-that the root was found and the options were reached; exit code 1 with the
-root message proves that they were not.
-"""
+"""The installation-root check at start-up. The probe, a bad "-do" value, exits
+with code 3 once the options are reached and is never examined otherwise."""
 
 import shutil
 import subprocess
@@ -13,78 +9,49 @@ import pytest
 from conftest import STAGE, TEST_TOOLS, WINE_RUN, run_exe, wine_env
 from test_command_line import BANNER
 
-HEAD = "Unable to get KX Root path; This executable was not started from a KX directory.\n\n (Tried: '"
-REACHED = BANNER + "Error: Unable to convert abc into a number!\n"
+INSIDE = "K:\\suite\\bin\\win64\\kxDeleteOldFiles.exe"
+OUTSIDE = "K:\\outside\\a\\b\\kxDeleteOldFiles.exe"
 PROBE = ("C:\\temp", "-do", "abc")
+REACHED = BANNER + "Error: Unable to convert abc into a number!\n"
+
+
+def message(exe, flag_value, root_log):
+    return (BANNER + "Unable to get KX Root path; This executable was not started from a KX directory.\n\n"
+            " (Tried: '" + exe + "', '" + flag_value + "')\n" + root_log)
 
 
 @pytest.fixture(scope="session")
-def outside(drive):
-    """The staged exe in K:\\outside\\a\\b, in no installation."""
-    folder = drive.root / "outside" / "a" / "b"
-    shutil.copytree(STAGE, folder)
-    exe = drive.win(folder / "kxDeleteOldFiles.exe")
-    run = lambda *args, **kwargs: run_exe(exe, *args, **kwargs)  # noqa: E731
-    run.exe = exe
-    return run
+def outside(drive, suite):
+    """The staged exe in no installation, and the sample installation beside it."""
+    shutil.copytree(STAGE, drive.root / "outside" / "a" / "b")
 
 
-def message(argv0, flag_value, root_log):
-    return BANNER + HEAD + argv0 + "', '" + flag_value + "')\n" + root_log
+@pytest.mark.parametrize("exe, args, env, out, code", [
+    (INSIDE, (), {}, REACHED, 3),
+    (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
+    (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
+    # The last flag wins and is not cut back to the folder above "bin"; every
+    # value is logged; the message is printf's format, so "%%" prints as "%".
+    (OUTSIDE, ("-kxRoot", "K:\\100%%", "-kxroot", "K:\\suite\\bin\\win64"), {},
+     message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%\\K:\\suite\\bin\\win64\\: invalid]"
+             "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]\n[KX_ROOT: : invalid]"), 1),
+], ids=["inside", "root flag", "installer variable", "outside"])
+def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
+    result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
+    assert (result.out, result.code, result.err) == (out, code, "")
 
 
-def log_without_root(flag_values=""):
-    return ("\n[-kxRoot flag: " + flag_values + ": invalid]\n[KX_ROOT_INSTALLER: : invalid]"
-            "\n[appPath: K:\\outside\\: invalid]\n[KX_ROOT: : invalid]")
-
-
-def test_inside_an_installation_the_options_are_reached(tool):
-    result = tool(*PROBE)
-    assert (result.out, result.code) == (REACHED, 3)
-
-
-@pytest.mark.parametrize("args, env", [
-    (("-kxRoot", "K:\\suite"), {}),
-    (("-KXROOTDIR", "K:/suite/"), {}),
-    ((), {"KX_ROOT": "K:/suite"}),
-    ((), {"KX_ROOT_INSTALLER": "K:\\suite\r"}),
-])
-def test_root_flag_or_environment_makes_an_outside_exe_run(outside, args, env):
-    result = outside(*args, *PROBE, env={**wine_env(), **env})
-    assert (result.out, result.code) == (REACHED, 3)
-
-
-@pytest.mark.parametrize("args, flag_value, flag_log", [
-    ((), "", ""),
-    # Not shortened to the folder above "bin".
-    (("-kxRoot", "K:\\suite\\bin\\win64"), "K:\\suite\\bin\\win64\\", "K:\\suite\\bin\\win64\\"),
-    (("-kxRoot", "K:\\one", "-kxroot", "K:\\two&amp;"), "K:\\two&\\", "K:\\one\\K:\\two&\\"),
-    # The message is printf's format: "%%" prints as "%".
-    (("-kxRoot", "K:\\100%%"), "K:\\100%\\", "K:\\100%\\"),
-])
-def test_outside_an_installation_only_the_message_is_printed(outside, args, flag_value, flag_log):
-    result = outside(*args, *PROBE)
-    assert result.out == message(outside.exe, flag_value, log_without_root(flag_log))
-    assert result.code == 1
-    assert result.err == ""
-
-
-def test_relink_file_held_by_another_process_stops_the_tool(tool, suite, drive):
-    """Shows the log of the typical start, which a found root never prints."""
+def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, drive):
     relink = suite / "sub" / "cfg_global" / "relink_win.cfg"
     relink.write_text("Root=K:\\suite\\\n")
+    holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), drive.win(relink)],
+                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
     try:
-        assert tool(*PROBE).code == 3
-        holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), drive.win(relink)],
-                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
-        try:
-            assert holder.stdout.readline().strip() == b"held"
-            result = tool(*PROBE)
-        finally:
-            holder.stdin.close()
-            holder.wait(timeout=60)
+        assert holder.stdout.readline().strip() == b"held"
+        result = run_exe(INSIDE, *PROBE)
     finally:
+        holder.stdin.close()
+        holder.wait(timeout=60)
         relink.unlink()
-    exe = drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
     log = "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\suite\\]"
-    assert (result.out, result.code) == (message(exe, "", log), 1)
+    assert (result.out, result.code) == (message(INSIDE, "", log), 1)

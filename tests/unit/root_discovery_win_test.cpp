@@ -1,195 +1,93 @@
-// Root validation, the relink file and root discovery on real installations
-// made in a temporary folder.
+// Root validation, the relink file and root discovery on folders made for each test.
 
 #include "install/root_discovery.h"
 #include "install/root_validation.h"
 
-#include "test_support.h"
 #include "temp_folder_win.h"
-
-#include <cstdlib>
-#include <memory>
-
-namespace {
-
-const wchar_t* wide(const QString& text)
-{
-    return asWide(reinterpret_cast<const char16_t*>(text.utf16()));
-}
-
-// getEnv reads the wide environment; an empty value unsets.
-void setEnv(const wchar_t* name, const QString& value)
-{
-    _wputenv_s(name, wide(value));
-}
-
-// Two folders above this test program's folder, where the application step
-// looks: no installation.
-QString applicationCandidate()
-{
-    char name[MAX_PATH] = {};
-    GetModuleFileNameA(nullptr, name, MAX_PATH);
-    QString path = QString::fromLatin1(name);
-    for (int i = 0; i < 3; ++i)
-        path.truncate(path.lastIndexOf('\\'));
-    return path + '\\';
-}
-
-struct Discovery {
-    bool found = false;
-    QString log;
-    std::unique_ptr<InstallPaths> paths = std::make_unique<InstallPaths>();
-    QString entry(int i) const { return toQString(paths->entries[i]); }
-};
-
-Discovery discover(Argv args)
-{
-    Discovery d;
-    bool outside = false;
-    d.found = findInstallRoot(*d.paths, args.argc(), args.argv(), d.log, outside, false, false, {}, true);
-    return d;
-}
+#include "test_support.h"
 
 class RootDiscovery : public TempFolderTest {
 protected:
-    void SetUp() override
-    {
-        setEnv(L"KX_ROOT", "");
-        setEnv(L"KX_ROOT_INSTALLER", "");
-    }
-
-    // A native path below the temporary folder; "x/" gives a folder path "...\x\".
-    QString at(const QString& relative) const { return QDir::toNativeSeparators(path(relative)); }
-    std::string arg(const QString& relative) const { return at(relative).toStdString(); }
+    std::string at(const char* relative) const { return latin1(path(QString::fromLatin1(relative))); }
 
     // A path ending in "/" is made as a folder, any other as a file.
-    QString make(const QString& relative, const QByteArray& content = {}) const
+    void make(const std::string& relative, const std::string& content = "x") const
     {
-        makeFolder(at(relative.endsWith('/') ? relative : relative.section('/', 0, -2)));
-        if (!relative.endsWith('/'))
-            writeFile(at(relative), content);
-        return at(relative);
-    }
-    QString makeRoot(const QString& relative) const
-    {
-        make(relative + "sub/cfg_global/");
-        return at(relative);
+        const QString target = path(QString::fromLatin1(relative.c_str()));
+        makeFolder(target.left(target.lastIndexOf(QLatin1Char('\\'))));
+        if (!target.endsWith(QLatin1Char('\\')))
+            writeFile(target, QByteArray::fromStdString(content));
     }
 
-    const QString appPath = "\n[appPath: " + applicationCandidate() + ": invalid]";
+    // With KX_ROOT set to kxRoot and KX_ROOT_INSTALLER unset (an empty value unsets).
+    bool discover(std::initializer_list<std::string> arguments, const std::string& kxRoot)
+    {
+        _wputenv_s(L"KX_ROOT", QString::fromLatin1(kxRoot.c_str()).toStdWString().c_str());
+        _wputenv_s(L"KX_ROOT_INSTALLER", L"");
+        Argv args(arguments);
+        paths = InstallPaths();
+        log.clear();
+        bool outside = false;
+        return findInstallRoot(paths, args.argc(), args.argv(), log, outside, false, false, {}, true);
+    }
+    std::string entry(int i) const { return latin1(toQString(paths.entries[i])); }
+
+    InstallPaths paths;
+    QString log;
 };
 
-TEST_F(RootDiscovery, EachValidityTestRecognisesAnInstallation)
+TEST_F(RootDiscovery, EachValidityTestRecognisesAnInstallationAndAnEmptyFolderNone)
 {
-    const std::pair<const char*, bool> cases[] = {
-        {"sub/cfg_global/globalconfig.ini", true}, {"sub/cfg_global/", true},
-        {"bin/win64/kxClientconsole.exe", true},   {"bin/win64/kxServerconsole.exe", true},
-        {"bin/win64/kxControl.exe", true},         {"sub/cfg_global/relink_win.cfg", true},
-        {"", false},                               {"bin/win64/kxDeleteOldFiles.exe", false},
-    };
-    int n = 0;
-    for (const auto& [marker, valid] : cases) {
-        const QString root = QString("r%1/").arg(n++);
-        make(root + marker);
-        EXPECT_EQ(isValidRoot(at(root)), valid) << marker;
-    }
-    EXPECT_FALSE(isValidRoot(""));
-}
-
-TEST_F(RootDiscovery, DebugFolderIsValidThroughItsReleaseTwin)
-{
-    make("build_debug/");
-    make("other_Debug/");
-    make("other_release/sub/cfg_global/relink_win.cfg");
-    const QString data = makeRoot("data/");
-    make("build_release/sub/cfg_global/relink_win.cfg", "Root=" + data.toLatin1());
-    EXPECT_TRUE(isValidRoot(at("build_debug/")));
-    EXPECT_FALSE(isValidRoot(at("other_Debug/")));  // exact case
-
-    const Discovery d = discover({"x", "-kxRoot", arg("build_debug")});
-    EXPECT_TRUE(d.found);
-    EXPECT_EQ(d.entry(kRootEntry), data);  // read from the release folder
-    EXPECT_TRUE(d.log.endsWith("]\n[Relink " + data + "]")) << qPrintable(d.log);
-}
-
-TEST_F(RootDiscovery, RelinkFileMovesRootOrSetsExeRootAndALockedOneFails)
-{
-    const QString suite = makeRoot("suite/");
-    const QString data = makeRoot("data/");
-    const struct {
-        QByteArray content;
-        QString root, exeRoot, logTail;
-    } cases[] = {
-        {"  root = " + data.chopped(1).toLatin1() + "  \r\nExeRoot=Y:\\x\r\n", data, suite, "\n[Relink " + data + "]"},
-        {"ROOT=Q:\\none", "Q:\\none\\", suite, "\n[Relink Q:\\none\\: invalid]"},
-        {"ExeRoot=Y:\\bin\nRoot=" + data.toLatin1(), "", "Y:\\bin", "\n[appPath: " + suite + "]"},
+    // Files in sub\cfg_global\ bring that folder, so its row stands for the two file tests there.
+    const struct { const char *made, *tested; bool valid; } cases[] = {
+        {"a/sub/cfg_global/", "a/", true},
+        {"b/bin/win64/kxClientconsole.exe", "b/", true},
+        {"c/bin/win64/kxServerconsole.exe", "c/", true},
+        {"d/bin/win64/kxControl.exe", "d/", true},
+        {"e_release/sub/cfg_global/relink_win.cfg", "e_debug/", true},
+        {"f_release/sub/cfg_global/relink_win.cfg", "f_Debug/", false},
+        {"g/", "g/", false},
     };
     for (const auto& c : cases) {
-        make("suite/sub/cfg_global/relink_win.cfg", c.content);
-        const Discovery d = discover({"x", "-kxRoot", arg("suite")});
-        EXPECT_TRUE(d.found);
-        EXPECT_EQ(d.entry(kRootEntry), c.root);
-        EXPECT_EQ(d.entry(kExeRootEntry), c.exeRoot);
-        EXPECT_TRUE(d.log.endsWith(c.logTail)) << qPrintable(d.log);
+        make(c.made);
+        EXPECT_EQ(isValidRoot(path(QString::fromLatin1(c.tested))), c.valid) << c.tested;
     }
-
-    // Locked against reading: the discovery fails and says nothing about it.
-    const HANDLE handle = CreateFileW(wide(at("suite/sub/cfg_global/relink_win.cfg")), GENERIC_READ, 0, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(handle, INVALID_HANDLE_VALUE);
-    const Discovery d = discover({"x", "-kxRoot", arg("suite")});
-    CloseHandle(handle);
-    EXPECT_FALSE(d.found);
-    EXPECT_EQ(d.log, "\n[-kxRoot flag: " + suite + ": VALID!]\n[appPath: " + suite + "]");
 }
 
-TEST_F(RootDiscovery, SourcesAreTriedInOrderAndLoggedExactly)
+// Rows: arguments, KX_ROOT, relink folder and text; entries 0, 29 (empty: no root) and 30; rootLog's end.
+TEST_F(RootDiscovery, SourcesRelinkFileAndVersionFolderSettleTheRoot)
 {
-    const QString suite = makeRoot("suite/");
-    make("suite/bin/win64/");
-    const QString internal = makeRoot("a/_internal_x/");
-    const QString versioned = makeRoot("suite/_kx9/");
-    const QString alone = makeRoot("other/_KX9/");
-    const QString slashed = temp.path() + "/suite";
-    const QString none = "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: : invalid]";
+    for (const char* root : {"suite/", "suite/_kx9/", "x/_KX9/", "i_internal_/_INTERNAL_/", "a/_internal_x/"})
+        make(std::string(root) + "sub/cfg_global/");
+    const std::string suite = at("suite/"), kx9 = at("suite/_kx9/"), kX9 = at("x/_KX9/"), relink = at("r/"),
+                      inner = at("i_internal_/_INTERNAL_/"), slashed = latin1(temp.path()) + "/suite";
+    // A -kxRoot root is accepted, then logged and tested again by the application step.
+    const auto flag = [](const std::string& r) { return "\n[-kxRoot flag: " + r + ": VALID!]\n[appPath: " + r + "]"; };
     const struct {
         std::initializer_list<std::string> arguments;
-        QString kxRoot, installer;
-        QString root, log;
-        int entry = kRootEntry;
-        QString value = root;
+        std::string kxRoot, relinkAt, relinkText, root, exeRoot, status, logEnd;
     } cases[] = {
-        {{"x", "-kxRoot", arg("suite")}, "", "", suite,
-         "\n[-kxRoot flag: " + suite + ": VALID!]\n[appPath: " + suite + "]"},
-        // Not shortened to the folder above "bin".
-        {{"x", "-kxRoot", arg("suite/bin/win64")}, "", "", "",
-         "\n[-kxRoot flag: " + suite + "bin\\win64\\: invalid]\n[KX_ROOT_INSTALLER: : invalid]" + appPath
-             + "\n[KX_ROOT: : invalid]"},
-        // "\_internal_" is rewritten even in a root already accepted.
-        {{"x", "-kxRoot", arg("a/_internal_x/")}, "", "", "",
-         "\n[-kxRoot flag: " + internal + ": VALID!]\n[appPath: " + at("a/_x/") + ": invalid]\n[KX_ROOT: : invalid]"},
-        // Slashes stay in the environment step; a carriage return goes.
-        {{"x"}, slashed, "", slashed + "\\", none + appPath + "\n[KX_ROOT: " + slashed + "\\]"},
-        {{"x"}, "", suite.chopped(1) + "\r", suite,
-         "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: " + suite + "]\n[appPath: " + suite + "]"},
-        // argv[0] writes nothing to the log.
-        {{(suite + "bin\\win64\\x.exe").toStdString()}, "", "", suite, none + appPath},
-        {{"x", "-kxRoot", arg("suite/_kx9")}, "", "", suite,
-         "\n[-kxRoot flag: " + versioned + ": VALID!]\n[appPath: " + versioned + "]", kExeRootEntry, versioned},
-        {{"x", "-kxRoot", arg("other/_KX9")}, "", "", alone,
-         "\n[-kxRoot flag: " + alone + ": VALID!]\n[appPath: " + alone + "]"},
-        {{"x", "-kxRoot", arg("suite"), "-loadstatus", "..\\status"}, "", "", suite,
-         "\n[-kxRoot flag: " + suite + ": VALID!]\n[appPath: " + suite + "]", kStatusEntry, at("status/")},
+        // A debug folder's relink file is its release twin's.
+        {{"x", "-kxRoot", at("r_debug")}, "", "r_release/", "Root=" + suite, suite, at("r_debug/"), "",
+         "\n[Relink " + suite + "]"},
+        {{"x", "-kxRoot", relink}, "", "r/", "  root = Q:/x/  ", "Q:/x/\\", relink, "", "\n[Relink Q:/x/\\: invalid]"},
+        {{"x", "-kxRoot", relink}, "", "r/", " exeroot = Y:\\bin \nRoot=" + suite, "", "Y:\\bin", "", flag(relink)},
+        // "\_internal_" is rewritten even in an accepted root, here leaving none; elsewhere or in capitals it stays.
+        {{"x", "-kxRoot", at("a/_internal_x/")}, "", "", "", "", "", "",
+         ": VALID!]\n[appPath: " + at("a/_x/") + ": invalid]\n[KX_ROOT: : invalid]"},
+        {{"x", "-kxRoot", inner}, "", "", "", inner, inner, "", flag(inner)},
+        // KX_ROOT, the last source, keeps its slashes and loses its carriage return.
+        {{"x"}, slashed + "\r", "", "", slashed + "\\", slashed + "\\", "", "\n[KX_ROOT: " + slashed + "\\]"},
+        {{"x", "-kxRoot", kx9, "-loadstatus", "..\\status\""}, "", "", "", suite, kx9, at("status/"), flag(kx9)},
+        {{"x", "-kxRoot", kX9, "-loadstatus", "D:\\st"}, "", "", "", kX9, kX9, "D:\\st\\", flag(kX9)},
     };
     for (const auto& c : cases) {
-        setEnv(L"KX_ROOT", c.kxRoot);
-        setEnv(L"KX_ROOT_INSTALLER", c.installer);
-        const Discovery d = discover(c.arguments);
-        EXPECT_EQ(d.found, !c.root.isEmpty()) << qPrintable(d.log);
-        EXPECT_EQ(d.entry(kRootEntry), c.root) << qPrintable(d.log);
-        EXPECT_EQ(d.entry(c.entry), c.value) << qPrintable(d.log);
-        EXPECT_EQ(d.log, c.log);
+        if (!c.relinkAt.empty())
+            make(c.relinkAt + "sub/cfg_global/relink_win.cfg", c.relinkText);
+        EXPECT_EQ(discover(c.arguments, c.kxRoot), !c.exeRoot.empty()) << latin1(log);
+        EXPECT_EQ(entry(kRootEntry), c.root);
+        EXPECT_EQ(entry(kExeRootEntry), c.exeRoot);
+        EXPECT_EQ(entry(kStatusEntry), c.status);
+        EXPECT_EQ(latin1(log.right(int(c.logEnd.size()))), c.logEnd);
     }
-}
-
 }

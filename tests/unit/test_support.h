@@ -1,10 +1,8 @@
 #pragma once
-// A writable argv for the functions that take the process arguments, and
-// readable failure output for Qt texts.
+// A writable argv for the functions that take one, and Qt texts compared as Latin-1.
 
 #include <QString>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -22,7 +20,4 @@ struct Argv {
     std::vector<char*> pointers;
 };
 
-inline void PrintTo(const QString& text, std::ostream* out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
+inline std::string latin1(const QString& text) { return text.toLatin1().toStdString(); }
