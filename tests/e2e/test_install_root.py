@@ -2,11 +2,10 @@
 with code 3 once the options are reached and is never examined otherwise."""
 
 import shutil
-import subprocess
 
 import pytest
 
-from conftest import STAGE, TEST_TOOLS, WINE_RUN, run_exe, wine_env
+from conftest import STAGE, held_open, run_exe, wine_env
 from test_command_line import BANNER
 
 INSIDE = "K:\\suite\\bin\\win64\\kxDeleteOldFiles.exe"
@@ -44,14 +43,10 @@ def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, 
 def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, drive):
     relink = suite / "sub" / "cfg_global" / "relink_win.cfg"
     relink.write_text("Root=K:\\suite\\\n")
-    holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), drive.win(relink)],
-                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
     try:
-        assert holder.stdout.readline().strip() == b"held"
-        result = run_exe(INSIDE, *PROBE)
+        with held_open(drive.win(relink)):
+            result = run_exe(INSIDE, *PROBE)
     finally:
-        holder.stdin.close()
-        holder.wait(timeout=60)
         relink.unlink()
     log = "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\suite\\]"
     assert (result.out, result.code) == (message(INSIDE, "", log), 1)
