@@ -35,8 +35,10 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
     bool removeIfEmpty = false;
     bool recurse = true;
     std::int32_t maxAgeMinutes = ageLimitMinutes(daysOld);
-    sweepFolder(folder, removeIfEmpty, recurse, maxAgeMinutes, nullptr, &errors, &deletedCount, &deletedKiB, &log,
-                namesOnly, &progressStamp());
+    // Without -v the log would only be dropped, so none is kept: the run's
+    // memory then stays with the folders on the current path, not the tree.
+    sweepFolder(folder, removeIfEmpty, recurse, maxAgeMinutes, nullptr, &errors, &deletedCount, &deletedKiB,
+                verbose ? &log : nullptr, namesOnly, &progressStamp());
 
     // "Kib" is the report's own spelling.
     printf("  %d files deleted (%s Kib). \n\n", deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
