@@ -10,37 +10,23 @@ bool searchNeedsLongPathPrefix(int length)
     return length > kLongPathThreshold;
 }
 
-const FixedWideString& withLongPathPrefix(FixedWideString& destination, const FixedWideString& source)
+QString withLongPathPrefix(const QString& path)
 {
-    destination = source;
-    if (destination.isUncPath()) {
-        // \\server\share becomes \\?\UNC\server\share: one of the two leading
-        // backslashes gives way to the prefix.
-        destination.removeRange(0, 1);
-        destination.insertAt(0, FixedWideString::fromNarrow("\\\\?\\UNC"));
-    } else {
-        destination.insertAt(0, FixedWideString::fromNarrow("\\\\?\\"));
-    }
-    return destination;
+    // \\server\share becomes \\?\UNC\server\share: one of the two leading
+    // backslashes gives way to the prefix.
+    if (path.startsWith(QLatin1String("\\\\")))
+        return QLatin1String("\\\\?\\UNC") + path.mid(1);
+    return QLatin1String("\\\\?\\") + path;
 }
 
-FixedWideString pathForFileCall(const FixedWideString& path)
+QString pathForFileCall(const QString& path)
 {
-    if (!needsLongPathPrefix(path.length))
-        return path;
-    FixedWideString prefixed;
-    withLongPathPrefix(prefixed, path);
-    return prefixed;
+    return needsLongPathPrefix(int(path.size())) ? withLongPathPrefix(path) : path;
 }
 
-FixedWideString patternForSearchCall(const QString& pattern)
+QString patternForSearchCall(const QString& pattern)
 {
-    const FixedWideString cut = toFixedWide(pattern);
-    if (!searchNeedsLongPathPrefix(cut.length))
-        return cut;
-    FixedWideString prefixed;
-    withLongPathPrefix(prefixed, cut);
-    return prefixed;
+    return searchNeedsLongPathPrefix(int(pattern.size())) ? withLongPathPrefix(pattern) : pattern;
 }
 
 QString folderOfPath(QString path)

@@ -3,7 +3,6 @@
 // deletion with its error text, removal of an empty folder, the long-path rule.
 
 #include "sweep/file_time.h"
-#include "text/fixed_string.h"
 
 #include <QString>
 
@@ -18,21 +17,20 @@ bool searchNeedsLongPathPrefix(int length);
 
 // \\server\share\x becomes \\?\UNC\server\share\x, anything else gets \\?\ in
 // front. Slashes, relative paths and an existing prefix are left as they are.
-const FixedWideString& withLongPathPrefix(FixedWideString& destination, const FixedWideString& source);
+QString withLongPathPrefix(const QString& path);
 
-// What the Win32 calls receive: the path cut at 500 units, with the prefix when
-// the rule asks for it, the result cut at 500 again.
-FixedWideString pathForFileCall(const FixedWideString& path);
-FixedWideString patternForSearchCall(const QString& pattern);
+// What the Win32 calls receive: the path with the prefix when the rule asks for
+// it. A path is never cut, so a call acts on the entry it was given or fails,
+// never on another one whose path happens to begin the same way.
+QString pathForFileCall(const QString& path);
+QString patternForSearchCall(const QString& pattern);
 
 // The folder part of a path, ending in a backslash.
 QString folderOfPath(QString path);
 
 bool fileExists(const QString& path);
-bool fileExists(const FixedWideString& path);
 bool folderExists(QString path);
 bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size);
-bool fileTimeAndSize(const FixedWideString& path, TimeStamp* time, std::int64_t* size);
 
 // Empty on success, and for a file that has already vanished; otherwise
 // "Unable to delete file; <system text>.".

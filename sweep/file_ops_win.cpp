@@ -16,13 +16,7 @@ bool isFolderAttribute(DWORD attributes)
 
 bool fileExists(const QString& path)
 {
-    return fileExists(toFixedWide(path));
-}
-
-bool fileExists(const FixedWideString& path)
-{
-    const FixedWideString target = pathForFileCall(path);
-    const DWORD attributes = GetFileAttributesW(asWide(target.value));
+    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
     return attributes != INVALID_FILE_ATTRIBUTES && !isFolderAttribute(attributes);
 }
 
@@ -34,26 +28,19 @@ bool folderExists(QString path)
     // C:\ becomes C:, which is read as the current folder of drive C.
     if (path.endsWith(QLatin1Char('\\')))
         path.chop(1);
-    const FixedWideString target = pathForFileCall(toFixedWide(path));
-    const DWORD attributes = GetFileAttributesW(asWide(target.value));
+    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
     return attributes != INVALID_FILE_ATTRIBUTES && isFolderAttribute(attributes);
 }
 
 bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size)
 {
-    return fileTimeAndSize(toFixedWide(path), time, size);
-}
-
-bool fileTimeAndSize(const FixedWideString& path, TimeStamp* time, std::int64_t* size)
-{
-    const FixedWideString tested = pathForFileCall(path);
-    const DWORD attributes = GetFileAttributesW(asWide(tested.value));
+    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
     if (attributes == INVALID_FILE_ATTRIBUTES || isFolderAttribute(attributes))
         return false;
 
     // The open is given the path without the long-path prefix, so a path too
     // long for the plain form fails here, as it always has.
-    const HANDLE file = CreateFileW(asWide(path.value), 0, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(asWide(path.utf16()), 0, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return false;
 
@@ -83,11 +70,11 @@ QString deleteFile(const QString& path)
     if (!fileExists(path))
         return QString();
 
-    const FixedWideString target = pathForFileCall(toFixedWide(path));
+    const QString target = pathForFileCall(path);
     // Normal attributes are what let read-only, hidden and system files go;
     // whether they could be set shows in the deletion.
-    SetFileAttributesW(asWide(target.value), FILE_ATTRIBUTE_NORMAL);
-    if (DeleteFileW(asWide(target.value)))
+    SetFileAttributesW(asWide(target.utf16()), FILE_ATTRIBUTE_NORMAL);
+    if (DeleteFileW(asWide(target.utf16())))
         return QString();
 
     const DWORD error = GetLastError();
@@ -107,5 +94,6 @@ bool removeFolder(const QString& path)
     }
     // Asked of the current folder, since a QDir on the path itself would
     // resolve a relative path against itself.
-    return QDir().rmdir(toQString(toFixedWide(path)));
+    // Qt gives a long path the \\?\ prefix itself.
+    return QDir().rmdir(path);
 }

@@ -21,3 +21,9 @@ inline wchar_t* asWide(char16_t* units)
 {
     return reinterpret_cast<wchar_t*>(units);
 }
+
+// Qt's utf16() gives the same units as unsigned short.
+inline const wchar_t* asWide(const unsigned short* units)
+{
+    return reinterpret_cast<const wchar_t*>(units);
+}

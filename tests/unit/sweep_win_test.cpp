@@ -72,7 +72,7 @@ TEST_F(SweepTest, HiddenAndSystemFilesGoAndTheStartingFolderOnlyWhenAsked)
 {
     for (const DWORD attribute : {FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM}) {
         const QString file = makeFile(QStringLiteral("sub/f%1.txt").arg(attribute), currentTime() - kOld);
-        ASSERT_TRUE(SetFileAttributesW(asWide(toFixedWide(file).value), attribute));
+        ASSERT_TRUE(SetFileAttributesW(asWide(file.utf16()), attribute));
     }
     const SweepResult kept = sweep(false);
     EXPECT_EQ(kept.count, 2);

@@ -28,7 +28,7 @@ protected:
 
     static void setTimes(const QString& path, FILETIME created, FILETIME written)
     {
-        const HANDLE file = CreateFileW(asWide(toFixedWide(path).value), FILE_WRITE_ATTRIBUTES, 0, nullptr,
+        const HANDLE file = CreateFileW(asWide(path.utf16()), FILE_WRITE_ATTRIBUTES, 0, nullptr,
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         ASSERT_TRUE(SetFileTime(file, &created, nullptr, &written));
         CloseHandle(file);
