@@ -40,8 +40,16 @@ struct DirListing {
     QList<TimeStamp> times;
     QList<std::int64_t> sizes;
     QList<bool> folderFlags;
+    QList<bool> linkFlags;
     DirListingHandle* owner = nullptr;
 };
+
+// A link to another folder: a reparse point whose tag names another place
+// (junctions, mount points, symbolic links), or whose tag is zero or not known
+// to keep its data in place. Wine shows a Linux symbolic link to a folder as a
+// reparse point with tag zero. Data placeholders, such as cloud files, are
+// ordinary entries.
+bool isLinkEntry(DWORD attributes, DWORD reparseTag);
 
 namespace listing {
 
@@ -51,6 +59,7 @@ void open(DirListingHandle& handle, const QString& folder, bool includeFolders, 
 bool next(DirListingHandle& handle);
 
 bool isFolder(DirListingHandle& handle);
+bool isLink(DirListingHandle& handle);
 QString name(DirListingHandle& handle);
 QString fullPath(DirListingHandle& handle);
 TimeStamp time(DirListingHandle& handle);

@@ -3,15 +3,49 @@
 #include "sweep/file_ops.h"
 #include "sweep/listing_rules.h"
 
+namespace {
+
+// Reparse tags whose folders keep their content in place: they are hydrated,
+// deduplicated, compressed or tiered, but they lead nowhere else.
+const DWORD kInPlaceReparseTags[] = {
+    static_cast<DWORD>(IO_REPARSE_TAG_HSM),          static_cast<DWORD>(IO_REPARSE_TAG_HSM2),
+    static_cast<DWORD>(IO_REPARSE_TAG_SIS),          static_cast<DWORD>(IO_REPARSE_TAG_WIM),
+    static_cast<DWORD>(IO_REPARSE_TAG_DFSR),         static_cast<DWORD>(IO_REPARSE_TAG_DEDUP),
+    static_cast<DWORD>(IO_REPARSE_TAG_FILE_PLACEHOLDER), static_cast<DWORD>(IO_REPARSE_TAG_WOF),
+    static_cast<DWORD>(IO_REPARSE_TAG_PROJFS),       static_cast<DWORD>(IO_REPARSE_TAG_STORAGE_SYNC),
+    static_cast<DWORD>(IO_REPARSE_TAG_ONEDRIVE),
+};
+
+bool isCloudFilesTag(DWORD reparseTag)
+{
+    return (reparseTag & ~static_cast<DWORD>(IO_REPARSE_TAG_CLOUD_MASK)) == static_cast<DWORD>(IO_REPARSE_TAG_CLOUD);
+}
+
+bool keepsDataInPlace(DWORD reparseTag)
+{
+    if (isCloudFilesTag(reparseTag))
+        return true;
+    for (const DWORD tag : kInPlaceReparseTags) {
+        if (reparseTag == tag)
+            return true;
+    }
+    return false;
+}
+
+}
+
+bool isLinkEntry(DWORD attributes, DWORD reparseTag)
+{
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        return false;
+    if (IsReparseTagNameSurrogate(reparseTag))
+        return true;
+    return !keepsDataInPlace(reparseTag);
+}
+
 namespace listing {
 
 namespace {
-
-// Picks the QString form of the overloaded fileExists.
-bool isExistingFile(const QString& path)
-{
-    return fileExists(path);
-}
 
 bool foundFolder(const WIN32_FIND_DATAW& data)
 {
@@ -27,6 +61,12 @@ TimeStamp foundTime(const WIN32_FIND_DATAW& data)
 {
     return entryTime(data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime,
                      data.ftCreationTime.dwLowDateTime, data.ftCreationTime.dwHighDateTime);
+}
+
+// The find data carries the reparse tag in dwReserved0.
+bool foundLink(const WIN32_FIND_DATAW& data)
+{
+    return isLinkEntry(data.dwFileAttributes, data.dwReserved0);
 }
 
 std::int64_t foundSize(const WIN32_FIND_DATAW& data)
@@ -55,12 +95,12 @@ bool isAccepted(const DirListing& listing)
 
 bool startSearch(DirListing& listing)
 {
-    const FixedWideString pattern = patternForSearchCall(listing.searchPattern);
-    listing.findHandle = FindFirstFileExW(asWide(pattern.value), FindExInfoStandard, &listing.findData,
+    const QString pattern = patternForSearchCall(listing.searchPattern);
+    listing.findHandle = FindFirstFileExW(asWide(pattern.utf16()), FindExInfoStandard, &listing.findData,
                                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
     // Windows before 7 does not know large fetches and refuses the flag.
     if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)
-        listing.findHandle = FindFirstFileW(asWide(pattern.value), &listing.findData);
+        listing.findHandle = FindFirstFileW(asWide(pattern.utf16()), &listing.findData);
     return listing.findHandle != INVALID_HANDLE_VALUE;
 }
 
@@ -94,9 +134,10 @@ void readAll(DirListing& listing, bool sort, bool descending)
         listing.times.append(foundTime(listing.findData));
         listing.sizes.append(foundSize(listing.findData));
         listing.folderFlags.append(foundFolder(listing.findData));
+        listing.linkFlags.append(foundLink(listing.findData));
     }
     if (sort)
-        sortEntries(listing.names, listing.times, listing.sizes, listing.folderFlags, descending);
+        sortEntries({listing.names, listing.times, listing.sizes, listing.folderFlags, listing.linkFlags}, descending);
     closeListing(listing);
     listing.isOpen = true;
     listing.fromLists = true;
@@ -133,7 +174,7 @@ void open(DirListingHandle& handle, const QString& folder, bool includeFolders, 
     closeListing(listing);
     listing.includeFolders = includeFolders;
 
-    const ListingPaths paths = listingPaths(folder, isExistingFile);
+    const ListingPaths paths = listingPaths(folder, fileExists);
     listing.folder = paths.folder;
     listing.prefix = paths.prefix;
     listing.searchPattern = paths.searchPattern;
@@ -142,6 +183,7 @@ void open(DirListingHandle& handle, const QString& folder, bool includeFolders, 
     listing.times.clear();
     listing.sizes.clear();
     listing.folderFlags.clear();
+    listing.linkFlags.clear();
     listing.index = -1;
     listing.isOpen = true;
 
@@ -171,6 +213,15 @@ bool isFolder(DirListingHandle& handle)
     if (atListEntry(*handle))
         return handle->folderFlags.at(handle->index);
     return atFoundEntry(*handle) && foundFolder(handle->findData);
+}
+
+bool isLink(DirListingHandle& handle)
+{
+    if (handle == nullptr)
+        return false;
+    if (atListEntry(*handle))
+        return handle->linkFlags.at(handle->index);
+    return atFoundEntry(*handle) && foundLink(handle->findData);
 }
 
 QString name(DirListingHandle& handle)

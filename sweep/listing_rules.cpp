@@ -10,19 +10,13 @@ QString folderPart(const QString& path)
     return path.left(path.lastIndexOf(kBackslash) + 1);
 }
 
-struct EntryLists {
-    QStringList& names;
-    QList<TimeStamp>& times;
-    QList<std::int64_t>& sizes;
-    QList<bool>& folderFlags;
-};
-
 void swapEntries(EntryLists& lists, qsizetype i, qsizetype j)
 {
     lists.names.swapItemsAt(i, j);
     lists.times.swapItemsAt(i, j);
     lists.sizes.swapItemsAt(i, j);
     lists.folderFlags.swapItemsAt(i, j);
+    lists.linkFlags.swapItemsAt(i, j);
 }
 
 bool comesBefore(const QString& a, const QString& b, bool descending)
@@ -124,12 +118,11 @@ bool acceptsFile(const QString& name, const QStringList& suffixFilters, const QS
     return accepted;
 }
 
-void sortEntries(QStringList& names, QList<TimeStamp>& times, QList<std::int64_t>& sizes, QList<bool>& folderFlags,
-                 bool descending)
+void sortEntries(EntryLists lists, bool descending)
 {
-    const qsizetype count = names.size();
-    if (times.size() != count || sizes.size() != count || folderFlags.size() != count)
+    const qsizetype count = lists.names.size();
+    if (lists.times.size() != count || lists.sizes.size() != count || lists.folderFlags.size() != count
+        || lists.linkFlags.size() != count)
         return;
-    EntryLists lists{names, times, sizes, folderFlags};
     quickSort(lists, 0, count - 1, descending);
 }

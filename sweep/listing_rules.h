@@ -34,7 +34,16 @@ bool acceptsFolder(const QString& name, bool includeFolders);
 bool acceptsFile(const QString& name, const QStringList& suffixFilters, const QStringList& prefixFilters,
                  const QStringList& containsFilters);
 
-// Sorts by name with QString's operator<; the entry's time, size and folder
-// flag move with its name. Lists of different lengths are left alone.
-void sortEntries(QStringList& names, QList<TimeStamp>& times, QList<std::int64_t>& sizes, QList<bool>& folderFlags,
-                 bool descending);
+// What the listing keeps of each entry, one list per property, entry i of each
+// list belonging to the same directory entry.
+struct EntryLists {
+    QStringList& names;
+    QList<TimeStamp>& times;
+    QList<std::int64_t>& sizes;
+    QList<bool>& folderFlags;
+    QList<bool>& linkFlags;
+};
+
+// Sorts by name with QString's operator<; the entry's other properties move
+// with its name. Lists of different lengths are left alone.
+void sortEntries(EntryLists lists, bool descending);

@@ -15,7 +15,7 @@ constexpr std::int64_t kProgressIntervalSeconds = 5;
 // Sweeps folder, and with recurse its subfolders, each of which is removed
 // when it ends up empty; folder itself only with removeIfEmpty. True when
 // nothing was left behind (with removeIfEmpty: when the folder was removed).
-// The optional out-parameters are shared by every level of the recursion.
+// The optional out-parameters are shared by every folder of the walk.
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
                  const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
                  std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp);

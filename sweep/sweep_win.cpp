@@ -3,12 +3,15 @@
 #include "sweep/dir_listing.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
+#include "sweep/folder_pin.h"
 
 #include <cstdio>
+#include <deque>
+#include <utility>
 
 namespace {
 
-// What one sweep writes to, shared by every level of the recursion.
+// What one sweep writes to, shared by every folder of the walk.
 struct SweepOutputs {
     const QStringList* ignoreSuffixes;
     QString* errors;
@@ -28,6 +31,12 @@ struct FolderVerdict {
     bool failed = false;
 };
 
+void markKept(FolderVerdict& verdict)
+{
+    verdict.kept = true;
+    verdict.nothingLeft = false;
+}
+
 void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp now)
 {
     if (progressStamp == nullptr)
@@ -43,15 +52,13 @@ void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp 
     if (const QString* suffix = matchingSuffix(out.ignoreSuffixes, name)) {
         if (out.fullLog())
             out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix + QLatin1String("'\n"));
-        verdict.kept = true;
-        verdict.nothingLeft = false;
+        markKept(verdict);
         return;
     }
     if (!isOldEnough(listing::time(listing), maxAgeMinutes, now)) {
         if (out.fullLog())
             out.log->append(QLatin1String("     -ignT ") + name + QLatin1Char('\n'));
-        verdict.kept = true;
-        verdict.nothingLeft = false;
+        markKept(verdict);
         return;
     }
 
@@ -75,30 +82,100 @@ void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp 
     verdict.nothingLeft = false;
 }
 
-void sweepSubfolder(DirListingHandle& listing, bool& recurse, std::int32_t& maxAgeMinutes, const SweepOutputs& out,
-                    bool& namesOnly, TimeStamp* progressStamp, FolderVerdict& verdict)
+// One folder under way. The walk keeps these on the heap, one per level of the
+// current path, and never recurses: a tree as deep as the longest paths allow
+// (about 16,000 levels within 32,767 units) needs no more stack than a flat one.
+struct FolderFrame {
+    QString folder;
+    bool removeIfEmpty;
+    FolderPin pin;
+    DirListingHandle listing = nullptr;
+    TimeStamp now = 0;
+    FolderVerdict verdict;
+
+    FolderFrame(const QString& folder, bool removeIfEmpty, FolderPin pin)
+        : folder(folder), removeIfEmpty(removeIfEmpty), pin(std::move(pin))
+    {
+    }
+    FolderFrame(const FolderFrame&) = delete;
+    FolderFrame& operator=(const FolderFrame&) = delete;
+    ~FolderFrame() { listing::destroy(listing); }
+};
+
+// A deque, since a frame's listing must stay where it was created while
+// deeper frames come and go.
+using FolderPath = std::deque<FolderFrame>;
+
+// The whole folder is read, and its search handle closed, before anything in
+// it is deleted. A folder that could not be held is treated like one that
+// cannot be listed: it yields nothing.
+void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, FolderPin pin, const SweepOutputs& out,
+                 TimeStamp* progressStamp)
 {
-    if (!recurse)
-        return;
-    const QString name = listing::name(listing);
+    FolderFrame& frame = path.emplace_back(folder, removeIfEmpty, std::move(pin));
+    listing::create(frame.listing);
+    if (frame.pin.isHeld())
+        listing::open(frame.listing, folder, true, true, false, false);
+    if (out.fullLog())
+        out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
+    frame.now = currentTime();
+    printProgress(folder, progressStamp, frame.now);
+}
+
+// A link below the named folder is neither entered nor removed: whatever it
+// leads to is not this sweep's to delete.
+void keepLink(const QString& name, const SweepOutputs& out, FolderVerdict& verdict)
+{
+    if (out.fullLog())
+        out.log->append(QLatin1String("     -lnk [") + name + QLatin1String("]\n"));
+    markKept(verdict);
+}
+
+// Subfolders are removed when they end up empty.
+void visitSubfolder(FolderPath& path, FolderFrame& parent, const SweepOutputs& out, TimeStamp* progressStamp)
+{
+    const QString name = listing::name(parent.listing);
     // Unlike an ignored file, an ignored folder leaves the kept flag alone: the
     // parent still tries to remove itself, fails on the folder inside and
     // reports that.
     if (const QString* suffix = matchingSuffix(out.ignoreSuffixes, name)) {
         if (out.fullLog())
             out.log->append(QLatin1String("     -ign [") + name + QLatin1String("]  '") + *suffix + QLatin1String("'\n"));
-        verdict.nothingLeft = false;
+        parent.verdict.nothingLeft = false;
+        return;
+    }
+    if (listing::isLink(parent.listing)) {
+        keepLink(name, out, parent.verdict);
+        return;
+    }
+    const QString folder = listing::fullPath(parent.listing);
+    FolderPin pin = pinFoundFolder(folder);
+    if (pin.isLink) {
+        keepLink(name, out, parent.verdict);
         return;
     }
     if (out.fullLog())
         out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
+    // Gone since the listing: nothing is left of it.
+    if (folderExists(folder))
+        enterFolder(path, folder, true, std::move(pin), out, progressStamp);
+}
 
-    const bool emptied = sweepFolder(listing::fullPath(listing), recurse, recurse, maxAgeMinutes, out.ignoreSuffixes,
-                                     out.errors, out.deletedCount, out.deletedKiB, out.log, namesOnly, progressStamp);
-    if (!emptied) {
-        verdict.kept = true;
-        verdict.nothingLeft = false;
-    }
+// True when nothing was left behind, or, for a folder to be removed when empty,
+// when it was removed.
+bool leaveFolder(FolderFrame& frame, const SweepOutputs& out)
+{
+    const FolderVerdict& verdict = frame.verdict;
+    if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
+        return verdict.nothingLeft;
+    // The folder's own hold would stop its removal.
+    frame.pin.release();
+    if (removeFolder(frame.folder))
+        return true;
+    if (out.errors != nullptr)
+        out.errors->append(QLatin1String("Error deleting folder ") + frame.folder + QLatin1Char(':')
+                           + toQString(systemErrorText(kLastError)) + QLatin1Char('\n'));
+    return false;
 }
 
 }
@@ -110,34 +187,23 @@ bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std:
     if (!folderExists(folder))
         return true;
 
-    FolderVerdict verdict;
     const SweepOutputs out{ignoreSuffixes, errors, deletedCount, deletedKiB, log, namesOnly};
-
-    // The whole folder is read, and its search handle closed, before anything
-    // in it is deleted.
-    DirListingHandle listing = nullptr;
-    listing::create(listing);
-    listing::open(listing, folder, true, true, false, false);
-
-    if (out.fullLog())
-        log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
-    const TimeStamp now = currentTime();
-    printProgress(folder, progressStamp, now);
-
-    while (listing::next(listing)) {
-        if (listing::isFolder(listing))
-            sweepSubfolder(listing, recurse, maxAgeMinutes, out, namesOnly, progressStamp, verdict);
-        else
-            sweepFile(listing, maxAgeMinutes, now, out, verdict);
+    FolderPath path;
+    enterFolder(path, folder, removeIfEmpty, pinNamedFolder(folder), out, progressStamp);
+    for (;;) {
+        FolderFrame& frame = path.back();
+        if (listing::next(frame.listing)) {
+            if (!listing::isFolder(frame.listing))
+                sweepFile(frame.listing, maxAgeMinutes, frame.now, out, frame.verdict);
+            else if (recurse)
+                visitSubfolder(path, frame, out, progressStamp);
+            continue;
+        }
+        const bool nothingLeft = leaveFolder(frame, out);
+        path.pop_back();
+        if (path.empty())
+            return nothingLeft;
+        if (!nothingLeft)
+            markKept(path.back().verdict);
     }
-
-    bool result = verdict.nothingLeft;
-    if (!verdict.kept && !verdict.failed && removeIfEmpty) {
-        result = removeFolder(folder);
-        if (!result && errors != nullptr)
-            errors->append(QLatin1String("Error deleting folder ") + folder + QLatin1Char(':')
-                           + toQString(systemErrorText(kLastError)) + QLatin1Char('\n'));
-    }
-    listing::destroy(listing);
-    return result;
 }

@@ -36,11 +36,13 @@ TEST(EntrySort, NamesSortByCodeUnitAndCarryTheirData)
     QList<TimeStamp> times{2, 1, 3, 4, 1};
     QList<std::int64_t> sizes{20, 10, 30, 40, 10};
     QList<bool> flags{false, true, false, false, true};
-    sortEntries(names, times, sizes, flags, false);
+    QList<bool> links{true, false, false, false, false};
+    sortEntries({names, times, sizes, flags, links}, false);
     EXPECT_EQ(names, words("C _x a a b"));
     EXPECT_EQ(times, (QList<TimeStamp>{3, 4, 1, 1, 2}));
     EXPECT_EQ(sizes, (QList<std::int64_t>{30, 40, 10, 10, 20}));
     EXPECT_EQ(flags, (QList<bool>{false, false, true, true, false}));
+    EXPECT_EQ(links, (QList<bool>{false, false, false, false, true}));
 }
 
 }
