@@ -3,8 +3,7 @@
 #include "sweep/dir_listing.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
-
-#include <cstdio>
+#include "text/platform_printf.h"
 
 namespace {
 
@@ -33,7 +32,7 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
     if (progressStamp == nullptr)
         return;
     if (hasElapsed(*progressStamp, kProgressIntervalSeconds, true, &now))
-        printf("     ...%s...\n", folder.toLatin1().constData());
+        platformPrintf("     ...%s...\n", folder.toLatin1().constData());
 }
 
 void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp now, const SweepOutputs& out,
