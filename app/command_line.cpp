@@ -1,6 +1,6 @@
 #include "app/command_line.h"
 
-#include <cstdio>
+#include "text/platform_printf.h"
 
 namespace {
 
@@ -43,20 +43,20 @@ bool isOption(const QString& argument, const char* option)
 
 void printBanner()
 {
-    printf("%s", kBannerRule);
-    printf("%s", kToolName);
-    printf("%s", kVersion);
-    printf("\n");
-    printf(". ");
-    printf("%s", kMakerNotice);
-    printf("\n");
-    printf("%s", kBannerRule);
+    platformPrintf("%s", kBannerRule);
+    platformPrintf("%s", kToolName);
+    platformPrintf("%s", kVersion);
+    platformPrintf("\n");
+    platformPrintf(". ");
+    platformPrintf("%s", kMakerNotice);
+    platformPrintf("\n");
+    platformPrintf("%s", kBannerRule);
 }
 
 void printUsage()
 {
     for (const char* line : kUsageLines)
-        printf("%s", line);
+        platformPrintf("%s", line);
 }
 
 // "-do" as the last argument is no option and becomes the directory; the value
@@ -71,7 +71,7 @@ bool readOptions(int argc, char* argv[], RunOptions& options)
             bool converted = false;
             options.daysOld = value.toInt(&converted, 10);
             if (!converted) {
-                printf("Error: Unable to convert %s into a number!\n", value.toLatin1().constData());
+                platformPrintf("Error: Unable to convert %s into a number!\n", value.toLatin1().constData());
                 return false;
             }
             i += 2;

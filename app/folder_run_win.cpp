@@ -3,8 +3,7 @@
 #include "sweep/file_ops.h"
 #include "sweep/sweep.h"
 #include "sweep/win32.h"
-
-#include <cstdio>
+#include "text/platform_printf.h"
 
 namespace {
 
@@ -19,11 +18,11 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
 {
     const QByteArray folderText = folder.toLatin1();
     if (!folderExists(folder)) {
-        printf("Warning: directory %s does not exist!\n", folderText.constData());
+        platformPrintf("Warning: directory %s does not exist!\n", folderText.constData());
         return false;
     }
-    printf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
-           folderText.constData(), daysOld);
+    platformPrintf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
+                   folderText.constData(), daysOld);
 
     QString errors;
     QString log;
@@ -41,13 +40,14 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
                 verbose ? &log : nullptr, namesOnly, &progressStamp());
 
     // "Kib" is the report's own spelling.
-    printf("  %d files deleted (%s Kib). \n\n", deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
+    platformPrintf("  %d files deleted (%s Kib). \n\n", deletedCount,
+                   formatGroupedNumber(deletedKiB).toLatin1().constData());
     if (!errors.isEmpty())
-        printf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
+        platformPrintf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
     if (verbose)
-        printf("\n%s\n\n", log.toLatin1().constData());
-    printf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
-           formatGroupedNumber(freeDriveSpaceMiB(folder)).toLatin1().constData());
+        platformPrintf("\n%s\n\n", log.toLatin1().constData());
+    platformPrintf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
+                   formatGroupedNumber(freeDriveSpaceMiB(folder)).toLatin1().constData());
     return true;
 }
 

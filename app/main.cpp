@@ -2,8 +2,7 @@
 #include "app/folder_run.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
-
-#include <cstdio>
+#include "text/platform_printf.h"
 
 int main(int argc, char* argv[])
 {
@@ -23,7 +22,7 @@ int main(int argc, char* argv[])
     // No line feed: the start line of the first folder begins with one, while a
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
-        printf("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
+        platformPrintf("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
     expandWildcardFolders(options.directory, options.daysOld, options.verbose);
     return kExitOk;
 }

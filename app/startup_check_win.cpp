@@ -1,8 +1,7 @@
 #include "app/startup_check.h"
 
 #include "install/root_discovery.h"
-
-#include <cstdio>
+#include "text/platform_printf.h"
 
 bool checkInstallRoot(int argc, char* argv[])
 {
@@ -20,12 +19,13 @@ bool checkInstallRoot(int argc, char* argv[])
         return true;
 
     // The message is the format itself, deliberately: a "%" in a path or in
-    // rootLog is interpreted by printf, as the suite's tools have always done.
+    // rootLog is interpreted by msvcrt's printf, as the suite's tools have
+    // always done.
     const QByteArray message = rootFailureMessage(argc, argv, rootLog).toLatin1();
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-security"
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    printf(message.constData());
+    platformPrintf(message.constData());
 #pragma GCC diagnostic pop
     return false;
 }

@@ -3,8 +3,7 @@
 #include "app/folder_run.h"
 #include "sweep/dir_listing.h"
 #include "sweep/file_ops.h"
-
-#include <cstdio>
+#include "text/platform_printf.h"
 
 namespace {
 
@@ -48,7 +47,7 @@ void expandFrom(const QString& path, qsizetype linksFrom, std::int32_t& daysOld,
 {
     if (!path.contains(QLatin1Char('*'))) {
         if (linksFrom >= 0 && isReachedThroughLink(path, linksFrom)) {
-            printf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
+            platformPrintf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
             return;
         }
         runFolder(path, daysOld, verbose);

@@ -4,8 +4,8 @@
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_pin.h"
+#include "text/platform_printf.h"
 
-#include <cstdio>
 #include <deque>
 #include <utility>
 
@@ -42,7 +42,7 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
     if (progressStamp == nullptr)
         return;
     if (hasElapsed(*progressStamp, kProgressIntervalSeconds, true, &now))
-        printf("     ...%s...\n", folder.toLatin1().constData());
+        platformPrintf("     ...%s...\n", folder.toLatin1().constData());
 }
 
 void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp now, const SweepOutputs& out,

@@ -30,10 +30,12 @@ def outside(drive, suite):
     (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
-    # value is logged; the message is printf's format, so "%%" prints as "%".
-    (OUTSIDE, ("-kxRoot", "K:\\100%%", "-kxroot", "K:\\suite\\bin\\win64"), {},
+    # value is logged; the message is the format of msvcrt's printf, so "%%"
+    # prints as "%" and a "%" before no conversion, as in "%U" or "%\", is dropped.
+    (OUTSIDE, ("-kxRoot", "K:\\100%%", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
      message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%\\K:\\suite\\bin\\win64\\: invalid]"
-             "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]\n[KX_ROOT: : invalid]"), 1),
+             "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]"
+             "\n[KX_ROOT: Q:\\USERNAME\\kx\\: invalid]"), 1),
 ], ids=["inside", "root flag", "installer variable", "outside"])
 def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
     result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
