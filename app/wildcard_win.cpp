@@ -13,7 +13,7 @@ enum class EntryKind { missing, link, other };
 EntryKind entryKind(const QString& path)
 {
     WIN32_FIND_DATAW data;
-    const HANDLE found = FindFirstFileExW(asWide(patternForSearchCall(path).utf16()), FindExInfoStandard, &data,
+    const HANDLE found = FindFirstFileExW(asWide(patternForSearchCall(path).utf16()), FindExInfoBasic, &data,
                                           FindExSearchNameMatch, nullptr, 0);
     if (found == INVALID_HANDLE_VALUE)
         return EntryKind::missing;

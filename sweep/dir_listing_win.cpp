@@ -96,7 +96,9 @@ bool isAccepted(const DirListing& listing)
 bool startSearch(DirListing& listing)
 {
     const QString pattern = patternForSearchCall(listing.searchPattern);
-    listing.findHandle = FindFirstFileExW(asWide(pattern.utf16()), FindExInfoStandard, &listing.findData,
+    // The short 8.3 name is never read, and not fetching it is markedly faster
+    // on NTFS.
+    listing.findHandle = FindFirstFileExW(asWide(pattern.utf16()), FindExInfoBasic, &listing.findData,
                                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
     // Windows before 7 does not know large fetches and refuses the flag.
     if (listing.findHandle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_INVALID_PARAMETER)

@@ -64,13 +64,18 @@ bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size)
     return true;
 }
 
+// One call deletes nearly every file. Only when it fails does the full
+// sequence run, and its outcome is the one reported, so a read-only file
+// still goes and a locked one still gives its own error.
 QString deleteFile(const QString& path)
 {
+    const QString target = pathForFileCall(path);
+    if (DeleteFileW(asWide(target.utf16())))
+        return QString();
+
     // Gone already, or a folder: nothing to do, and the caller counts it.
     if (!fileExists(path))
         return QString();
-
-    const QString target = pathForFileCall(path);
     // Normal attributes are what let read-only, hidden and system files go;
     // whether they could be set shows in the deletion.
     SetFileAttributesW(asWide(target.utf16()), FILE_ATTRIBUTE_NORMAL);

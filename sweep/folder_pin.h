@@ -12,6 +12,8 @@ struct FolderPin {
     HANDLE handle = INVALID_HANDLE_VALUE;
     // The handle showed a link where the listing had seen a folder.
     bool isLink = false;
+    // Nothing is there, or no folder: the open or the handle said so.
+    bool isMissing = false;
 
     FolderPin() = default;
     FolderPin(const FolderPin&) = delete;
@@ -29,5 +31,5 @@ FolderPin pinNamedFolder(const QString& folder);
 
 // A folder found in a listing, opened itself and never a link's target. A link
 // put in its place since the listing is caught through the handle: isLink is
-// set and nothing is held.
+// set and nothing is held. So is a folder gone since, with isMissing.
 FolderPin pinFoundFolder(const QString& folder);

@@ -21,7 +21,7 @@ HANDLE openFolder(const QString& folder, DWORD flags)
 }
 
 FolderPin::FolderPin(FolderPin&& other) noexcept
-    : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)), isLink(other.isLink)
+    : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)), isLink(other.isLink), isMissing(other.isMissing)
 {
 }
 
@@ -31,6 +31,7 @@ FolderPin& FolderPin::operator=(FolderPin&& other) noexcept
         release();
         handle = std::exchange(other.handle, INVALID_HANDLE_VALUE);
         isLink = other.isLink;
+        isMissing = other.isMissing;
     }
     return *this;
 }
@@ -61,8 +62,11 @@ FolderPin pinFoundFolder(const QString& folder)
 {
     FolderPin pin;
     pin.handle = openFolder(folder, FILE_FLAG_OPEN_REPARSE_POINT);
-    if (!pin.isHeld())
+    if (!pin.isHeld()) {
+        const DWORD error = GetLastError();
+        pin.isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
         return pin;
+    }
     FILE_ATTRIBUTE_TAG_INFO info = {};
     // A folder whose kind cannot be told is not entered.
     if (!GetFileInformationByHandleEx(pin.handle, FileAttributeTagInfo, &info, sizeof info)) {
@@ -72,6 +76,9 @@ FolderPin pinFoundFolder(const QString& folder)
     if (isLinkEntry(info.FileAttributes, info.ReparseTag)) {
         pin.release();
         pin.isLink = true;
+    } else if ((info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        pin.release();
+        pin.isMissing = true;
     }
     return pin;
 }

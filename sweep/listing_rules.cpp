@@ -90,6 +90,13 @@ ListingPaths listingPaths(const QString& folder, bool (*isExistingFile)(const QS
     return paths;
 }
 
+QString folderSearchPattern(const QString& folder)
+{
+    if (folder.endsWith(kBackslash) || folder.endsWith(QLatin1Char('/')))
+        return folder + QLatin1Char('*');
+    return folder + kBackslash + QLatin1Char('*');
+}
+
 // A last-write time whose upper word is zero lies within 430 seconds of 1601,
 // which no real write does; the creation time stands in for it.
 TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32_t creationLow,

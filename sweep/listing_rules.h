@@ -21,6 +21,10 @@ struct ListingPaths {
 // so, and otherwise as a folder. Full paths are prefix + name.
 ListingPaths listingPaths(const QString& folder, bool (*isExistingFile)(const QString&));
 
+// The pattern that lists a folder known to be one. It gives the listing the
+// same paths as the folder itself, without asking whether it is a file.
+QString folderSearchPattern(const QString& folder);
+
 // The last-write time, or the creation time when the last-write time's upper
 // word is zero.
 TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32_t creationLow,

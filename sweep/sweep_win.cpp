@@ -4,6 +4,7 @@
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_pin.h"
+#include "sweep/listing_rules.h"
 #include "text/platform_printf.h"
 
 #include <deque>
@@ -115,7 +116,7 @@ void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, Fo
     FolderFrame& frame = path.emplace_back(folder, removeIfEmpty, std::move(pin));
     listing::create(frame.listing);
     if (frame.pin.isHeld())
-        listing::open(frame.listing, folder, true, true, false, false);
+        listing::open(frame.listing, folderSearchPattern(folder), true, true, false, false);
     if (out.fullLog())
         out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
     frame.now = currentTime();
@@ -156,9 +157,11 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const SweepOutputs& o
     }
     if (out.fullLog())
         out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
-    // Gone since the listing: nothing is left of it.
-    if (folderExists(folder))
-        enterFolder(path, folder, true, std::move(pin), out, progressStamp);
+    // Gone since the listing: nothing is left of it. The held folder needs no
+    // further test.
+    if (pin.isMissing || (!pin.isHeld() && !folderExists(folder)))
+        return;
+    enterFolder(path, folder, true, std::move(pin), out, progressStamp);
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,

@@ -9,6 +9,21 @@ QStringList words(const char* text)
     return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
+bool noFile(const QString&)
+{
+    return false;
+}
+
+TEST(ListingPaths, FolderAndItsSearchPatternListTheSameEntries)
+{
+    for (const char* folder : {"K:\\x\\y", "K:/x/y/", "K:\\x\\y\\", "rel"}) {
+        const ListingPaths direct = listingPaths(QString::fromLatin1(folder), noFile);
+        const ListingPaths viaPattern = listingPaths(folderSearchPattern(QString::fromLatin1(folder)), noFile);
+        EXPECT_EQ(viaPattern.prefix, direct.prefix) << folder;
+        EXPECT_EQ(viaPattern.searchPattern, direct.searchPattern) << folder;
+    }
+}
+
 TEST(EntryTime, CreationTimeStandsInForALastWriteWithZeroUpperWord)
 {
     EXPECT_EQ(entryTime(0x12345678u, 0, 7, 0x01D00000u), fileTimeToSeconds(7, 0x01D00000u));

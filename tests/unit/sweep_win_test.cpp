@@ -68,14 +68,17 @@ TEST_F(SweepTest, NamesOnlyLogHoldsJustTheDeletedNames)
     EXPECT_EQ(sweep(false, nullptr, true).log, QStringLiteral("a_old.txt\nd_old.txt\n"));
 }
 
-TEST_F(SweepTest, HiddenAndSystemFilesGoAndTheStartingFolderOnlyWhenAsked)
+TEST_F(SweepTest, HiddenSystemAndReadOnlyFilesGoAndTheStartingFolderOnlyWhenAsked)
 {
-    for (const DWORD attribute : {FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM}) {
+    const DWORD attributes[] = {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM,
+                                FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM};
+    for (const DWORD attribute : attributes) {
         const QString file = makeFile(QStringLiteral("sub/f%1.txt").arg(attribute), currentTime() - kOld);
         ASSERT_TRUE(SetFileAttributesW(asWide(file.utf16()), attribute));
     }
     const SweepResult kept = sweep(false);
-    EXPECT_EQ(kept.count, 2);
+    EXPECT_EQ(kept.count, 3);
+    EXPECT_EQ(kept.errors, QString());
     EXPECT_TRUE(kept.nothingLeft);
     EXPECT_TRUE(QDir(root).exists());
     EXPECT_FALSE(exists(QStringLiteral("sub")));
