@@ -18,6 +18,7 @@ const char* const kUsageLines[] = {
     "             The directory can contain a folder with a * wildcard to be replaced by ALL folder found\n",
     "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n",
     "  -v: Enable verbose messages.\n",
+    "  -dryrun: List what would be deleted, and delete nothing.\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -79,6 +80,8 @@ bool readOptions(int argc, char* argv[], RunOptions& options)
         }
         if (isOption(argument, "-v"))
             options.verbose = true;
+        else if (isOption(argument, "-dryrun"))
+            options.dryRun = true;
         else
             options.directory = argument;
         ++i;

@@ -19,12 +19,13 @@ constexpr std::int32_t kDefaultDaysOld = 14;
 struct RunOptions {
     std::int32_t daysOld = kDefaultDaysOld;
     bool verbose = false;
+    bool dryRun = false;
     QString directory;
 };
 
 void printBanner();
 void printUsage();
 
-// Reads -do, -v and the directory (the last plain argument wins). Returns false
+// Reads -do, -v, -dryrun and the directory (the last plain argument wins). Returns false
 // after printing the conversion error when the value after -do is not a number.
 bool readOptions(int argc, char* argv[], RunOptions& options);

@@ -10,8 +10,9 @@
 // The time of the last progress line, shared by every folder of the run.
 TimeStamp& progressStamp();
 
-// False when the folder does not exist; its warning has then been printed.
-bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose);
+// False when the folder does not exist; its warning has then been printed. A
+// dry run reports what the run would delete and changes nothing.
+bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool dryRun);
 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);

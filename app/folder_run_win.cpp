@@ -14,15 +14,19 @@ constexpr int kBytesToMiBShift = 20;
 
 }
 
-bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
+bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool dryRun)
 {
     const QByteArray folderText = folder.toLatin1();
     if (!folderExists(folder)) {
         platformPrintf("Warning: directory %s does not exist!\n", folderText.constData());
         return false;
     }
-    platformPrintf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
-                   folderText.constData(), daysOld);
+    if (dryRun)
+        platformPrintf("\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n",
+                       folderText.constData(), daysOld);
+    else
+        platformPrintf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
+                       folderText.constData(), daysOld);
 
     QString errors;
     QString log;
@@ -37,11 +41,14 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose)
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
     sweepFolder(folder, removeIfEmpty, recurse, maxAgeMinutes, nullptr, &errors, &deletedCount, &deletedKiB,
-                verbose ? &log : nullptr, namesOnly, &progressStamp());
+                verbose ? &log : nullptr, namesOnly, &progressStamp(), dryRun);
 
     // "Kib" is the report's own spelling.
-    platformPrintf("  %d files deleted (%s Kib). \n\n", deletedCount,
-                   formatGroupedNumber(deletedKiB).toLatin1().constData());
+    const QByteArray kib = formatGroupedNumber(deletedKiB).toLatin1();
+    if (dryRun)
+        platformPrintf("  %d files would be deleted (%s Kib). \n\n", deletedCount, kib.constData());
+    else
+        platformPrintf("  %d files deleted (%s Kib). \n\n", deletedCount, kib.constData());
     if (!errors.isEmpty())
         platformPrintf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
     if (verbose)

@@ -6,7 +6,7 @@
 
 // Runs the folder run on every folder the path names, expanding one "*"
 // component at a time, depth-first. A path without "*" is run directly.
-void expandWildcardFolders(QString path, std::int32_t& daysOld, bool& verbose);
+void expandWildcardFolders(QString path, std::int32_t& daysOld, bool& verbose, bool dryRun);
 
 // A path cut at its first "*". Only the backslash separates here.
 struct WildcardParts {

@@ -15,10 +15,12 @@ constexpr std::int64_t kProgressIntervalSeconds = 5;
 // Sweeps folder, and with recurse its subfolders, each of which is removed
 // when it ends up empty; folder itself only with removeIfEmpty. True when
 // nothing was left behind (with removeIfEmpty: when the folder was removed).
-// The optional out-parameters are shared by every folder of the walk.
+// The optional out-parameters are shared by every folder of the walk. A dry
+// run deletes and removes nothing, and reports as if every deletion and
+// removal had succeeded.
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
                  const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
-                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp);
+                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp, bool dryRun);
 
 // The age limit in seconds, multiplied in 32 bits: it wraps on purpose, so a
 // huge limit can become negative and make every file old enough.

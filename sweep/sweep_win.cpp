@@ -20,6 +20,7 @@ struct SweepOutputs {
     std::int64_t* deletedKiB;
     QString* log;
     bool namesOnly;
+    bool dryRun;
 
     // Every line but the deleted names needs the full log.
     bool fullLog() const { return log != nullptr && !namesOnly; }
@@ -69,7 +70,7 @@ void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp 
         out.log->append((out.namesOnly ? QString() : QStringLiteral("     -del ")) + name + QLatin1Char('\n'));
 
     const QString path = listing::fullPath(listing);
-    const QString failure = deleteFile(path);
+    const QString failure = out.dryRun ? QString() : deleteFile(path);
     if (failure.isEmpty()) {
         if (out.deletedCount != nullptr)
             ++*out.deletedCount;
@@ -171,6 +172,8 @@ bool leaveFolder(FolderFrame& frame, const SweepOutputs& out)
     const FolderVerdict& verdict = frame.verdict;
     if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
         return verdict.nothingLeft;
+    if (out.dryRun)
+        return true;
     // The folder's own hold would stop its removal.
     frame.pin.release();
     if (removeFolder(frame.folder))
@@ -185,12 +188,12 @@ bool leaveFolder(FolderFrame& frame, const SweepOutputs& out)
 
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
                  const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
-                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp)
+                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp, bool dryRun)
 {
     if (!folderExists(folder))
         return true;
 
-    const SweepOutputs out{ignoreSuffixes, errors, deletedCount, deletedKiB, log, namesOnly};
+    const SweepOutputs out{ignoreSuffixes, errors, deletedCount, deletedKiB, log, namesOnly, dryRun};
     FolderPath path;
     enterFolder(path, folder, removeIfEmpty, pinNamedFolder(folder), out, progressStamp);
     for (;;) {

@@ -114,6 +114,7 @@ def test_missing_folder_or_a_file_gives_only_the_warning(tool, drive, work):
     (["K:\\x", "-v", "-do"], "Warning: directory -do does not exist!\n"),
     (["K:\\x", "-do", "abc"], "Error: Unable to convert abc into a number!\n"),
     (["-do", "-v", "K:\\x"], "Error: Unable to convert -v into a number!\n"),
+    (["-do", "-dryrun", "K:\\x"], "Error: Unable to convert -dryrun into a number!\n"),
     (["K:\\x", "-do7", "-verbose"], "Warning: directory -verbose does not exist!\n"),
     (["K:\\x", "-verbose", "-do7"], "Warning: directory -do7 does not exist!\n"),
 ])

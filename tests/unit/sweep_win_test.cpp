@@ -30,7 +30,7 @@ protected:
         std::int32_t maxAge = kOneDayMinutes;
         std::int64_t kib = 0;
         result.nothingLeft = sweepFolder(root, removeIfEmpty, recurse, maxAge, ignoreSuffixes, &result.errors,
-                                         &result.count, &kib, &result.log, namesOnly, progressStamp);
+                                         &result.count, &kib, &result.log, namesOnly, progressStamp, false);
         return result;
     }
 };

@@ -1,0 +1,66 @@
+"""-dryrun foretells the real run exactly and changes nothing."""
+
+import os
+import random
+import stat
+
+import pytest
+
+from conftest import DAY, make_tree
+from test_sweep import masked
+
+OLD = 30 * DAY
+YOUNG = 60
+
+
+def random_tree(root, seed):
+    """Old, young, read-only and nested files, some folders left all old so that they empty."""
+    rng = random.Random(seed)
+    files = {}
+    for i in range(40):
+        folder = "/".join(rng.choice("abc") for _ in range(rng.randint(0, 4)))
+        age = OLD if rng.random() < 0.7 else YOUNG
+        files[f"{folder}/f{i:02d}.dat".lstrip("/")] = (age, rng.choice([0, 511, 512, 1535, 4096]))
+    files["empty/"] = None
+    make_tree(root, files)
+    for i, relative in enumerate(sorted(files)):
+        if i % 5 == 0 and not relative.endswith("/"):
+            os.chmod(root / relative, stat.S_IRUSR)
+
+
+def snapshot(root):
+    """Name, kind, size, modification time and mode of everything below root."""
+    entries = []
+    for path in sorted(root.rglob("*")):
+        info = path.lstat()
+        entries.append((path.relative_to(root).as_posix(), stat.S_IFMT(info.st_mode), info.st_size,
+                        info.st_mtime_ns, stat.S_IMODE(info.st_mode)))
+    return entries
+
+
+@pytest.mark.parametrize("seed", [1, 2, 3])
+def test_dry_run_changes_nothing_and_foretells_the_real_run(tool, drive, work, seed):
+    random_tree(work, seed)
+    folder = drive.win(work)
+    before = snapshot(work)
+    dry = tool("-v", "-do", "14", folder, "-DryRun")
+    assert snapshot(work) == before
+    real = tool("-v", "-do", "14", folder)
+    assert "Errors:" not in real.out and snapshot(work) != before
+
+    start = f"\nStarting to delete files in folder '{folder}', File have to be older than 14 days.\n"
+    assert start in real.out
+    foretold = real.out.replace(start, f"\nDry run in folder '{folder}': files older than 14 days are only"
+                                       " listed, nothing is deleted.\n")
+    foretold = foretold.replace(" files deleted (", " files would be deleted (")
+    assert masked(dry.out) == masked(foretold)
+    assert dry.code == real.code == 0
+
+
+@pytest.mark.parametrize("spelling", ["-dryrun", "-DRYRUN"])
+def test_dry_run_option_is_read_in_any_case_and_position(tool, drive, work, spelling):
+    make_tree(work, {"jobs/old.tmp": (OLD, 1)})
+    for args in ((spelling, drive.win(work), "-do", "1"), (drive.win(work), "-do", "1", spelling)):
+        result = tool(*args)
+        assert "  1 files would be deleted (0 Kib). \n" in result.out
+    assert (work / "jobs" / "old.tmp").exists()
