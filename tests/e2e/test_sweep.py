@@ -1,8 +1,6 @@
 """Old files are deleted from the command line: reports, canaries and options."""
 
-import os
 import re
-import stat
 import time
 
 import pytest
@@ -74,16 +72,6 @@ def test_locked_file_reports_its_error_and_siblings_still_go(tool, drive, work):
     error = re.escape(f"{locked}:Unable to delete file; Error 32: ") + r"[^\n]+\.\.\n"
     assert re.fullmatch(re.escape(BANNER + report(folder, 14, 2, 2, errors="@")).replace("@", error),
                         masked(result.out)), result.out
-
-
-def test_read_only_files_and_paths_over_300_characters_are_deleted(tool, drive, work):
-    deep = "/".join("render_output_folder_%02d" % i for i in range(12))
-    make_tree(work, {deep + "/frame.exr": (OLD, 700), "readonly.txt": (OLD, 100)})
-    os.chmod(work / "readonly.txt", stat.S_IRUSR)
-    assert len(drive.win(work / deep / "frame.exr")) > 300
-    result = tool("-do", "14", drive.win(work))
-    assert "  2 files deleted (1 Kib). \n" in result.out and "Errors:" not in result.out
-    assert tree(work) == []
 
 
 def test_verbose_log_lists_every_decision(tool, drive, work):
