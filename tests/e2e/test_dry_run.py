@@ -3,6 +3,7 @@
 import os
 import random
 import stat
+import time
 
 import pytest
 
@@ -52,6 +53,8 @@ def test_dry_run_changes_nothing_and_foretells_the_real_run(tool, drive, work, s
     assert snapshot(work) == before
     real = tool("-v", "-do", "14", folder)
     assert "Errors:" not in real.out and snapshot(work) != before
+    # Read-only ones included, every old file is gone after the real run.
+    assert all(path.stat().st_mtime > time.time() - DAY for path in work.rglob("*") if path.is_file())
 
     start = f"\nStarting to delete files in folder '{folder}', File have to be older than 14 days.\n"
     assert start in real.out
