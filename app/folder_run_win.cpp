@@ -21,12 +21,9 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool
         platformPrintf("Warning: directory %s does not exist!\n", folderText.constData());
         return false;
     }
-    if (dryRun)
-        platformPrintf("\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n",
-                       folderText.constData(), daysOld);
-    else
-        platformPrintf("\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
-                       folderText.constData(), daysOld);
+    platformPrintf(dryRun ? "\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n"
+                          : "\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
+                   folderText.constData(), daysOld);
 
     QString errors;
     QString log;
@@ -44,11 +41,8 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool
                 verbose ? &log : nullptr, namesOnly, &progressStamp(), dryRun);
 
     // "Kib" is the report's own spelling.
-    const QByteArray kib = formatGroupedNumber(deletedKiB).toLatin1();
-    if (dryRun)
-        platformPrintf("  %d files would be deleted (%s Kib). \n\n", deletedCount, kib.constData());
-    else
-        platformPrintf("  %d files deleted (%s Kib). \n\n", deletedCount, kib.constData());
+    platformPrintf(dryRun ? "  %d files would be deleted (%s Kib). \n\n" : "  %d files deleted (%s Kib). \n\n",
+                   deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
     if (!errors.isEmpty())
         platformPrintf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
     if (verbose)
