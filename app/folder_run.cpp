@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr std::uint32_t kMinutesPerDay = 1440;
 constexpr std::uint64_t kGroupSize = 1000;
 // Grouping starts above this value, so 1000 itself prints without a blank.
 constexpr std::uint64_t kLargestUngrouped = 1000;
@@ -16,11 +15,6 @@ TimeStamp& progressStamp()
 {
     static TimeStamp stamp = 0;
     return stamp;
-}
-
-std::int32_t ageLimitMinutes(std::int32_t daysOld)
-{
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(daysOld) * kMinutesPerDay);
 }
 
 QString formatGroupedNumber(std::int64_t value)

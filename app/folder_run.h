@@ -20,10 +20,6 @@ QString formatGroupedNumber(std::int64_t value);
 // Whole MiB free to the caller on the folder's drive; 1000 when unknown.
 std::uint32_t freeDriveSpaceMiB(QString path);
 
-// The age limit in minutes, multiplied in 32 bits: a DaysOld above 1491308
-// wraps, possibly to a negative limit that makes every file old enough.
-std::int32_t ageLimitMinutes(std::int32_t daysOld);
-
 // The root whose free space is reported: "X:\" for a drive path, the share root
 // for a network path, empty when there is none. Only the backslash separates.
 QString freeSpaceRoot(const QString& path);

@@ -29,16 +29,16 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool
     QString log;
     std::int32_t deletedCount = 0;
     std::int64_t deletedKiB = 0;
-    bool namesOnly = false;
+    SweepSettings settings;
     // The folder named on the command line, or found by a wildcard, is never
     // removed itself.
-    bool removeIfEmpty = false;
-    bool recurse = true;
-    std::int32_t maxAgeMinutes = ageLimitMinutes(daysOld);
+    settings.removeIfEmpty = false;
+    settings.ageLimitSeconds = ageLimitSeconds(daysOld);
+    settings.dryRun = dryRun;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
-    sweepFolder(folder, removeIfEmpty, recurse, maxAgeMinutes, nullptr, &errors, &deletedCount, &deletedKiB,
-                verbose ? &log : nullptr, namesOnly, &progressStamp(), dryRun);
+    sweepFolder(folder, settings,
+                SweepOutputs{&errors, &deletedCount, &deletedKiB, verbose ? &log : nullptr, &progressStamp()});
 
     // "Kib" is the report's own spelling.
     platformPrintf(dryRun ? "  %d files would be deleted (%s Kib). \n\n" : "  %d files deleted (%s Kib). \n\n",

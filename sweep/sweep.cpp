@@ -2,21 +2,21 @@
 
 namespace {
 
-constexpr std::uint32_t kSecondsPerMinute = 60;
+constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kBytesPerKiB = 1024;
 
 }
 
-std::int64_t ageLimitSeconds(std::int32_t maxAgeMinutes)
+std::int64_t ageLimitSeconds(std::int32_t daysOld)
 {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(maxAgeMinutes) * kSecondsPerMinute);
+    return daysOld * kSecondsPerDay;
 }
 
-bool isOldEnough(TimeStamp entryTime, std::int32_t maxAgeMinutes, TimeStamp now)
+bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now)
 {
-    if (maxAgeMinutes <= 0)
+    if (limitSeconds <= 0)
         return true;
-    return hasElapsed(entryTime, ageLimitSeconds(maxAgeMinutes), false, &now);
+    return hasElapsed(entryTime, limitSeconds, false, &now);
 }
 
 std::int64_t roundedKiB(std::int64_t size)

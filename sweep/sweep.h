@@ -12,23 +12,51 @@
 // At most one progress line per this many whole seconds.
 constexpr std::int64_t kProgressIntervalSeconds = 5;
 
+// What a sweep is asked to do, the same for every folder of the walk.
+struct SweepSettings {
+    // The folder itself is removed when it ends up empty; its subfolders
+    // always are.
+    bool removeIfEmpty = false;
+    bool recurse = true;
+    // Files strictly older than this go; zero or less makes every file old
+    // enough.
+    std::int64_t ageLimitSeconds = 0;
+    // Files and folders whose names end so are kept (files) or skipped
+    // (folders, whose parent then fails to go).
+    const QStringList* ignoreSuffixes = nullptr;
+    // The log holds only the deleted names.
+    bool namesOnly = false;
+    // Deletes and removes nothing, and reports as if every deletion and
+    // removal had succeeded.
+    bool dryRun = false;
+};
+
+// Where a sweep reports, shared by every folder of the walk. Each is optional.
+struct SweepOutputs {
+    QString* errors = nullptr;
+    std::int32_t* deletedCount = nullptr;
+    std::int64_t* deletedKiB = nullptr;
+    QString* log = nullptr;
+    TimeStamp* progressStamp = nullptr;
+};
+
 // Sweeps folder, and with recurse its subfolders, each of which is removed
-// when it ends up empty; folder itself only with removeIfEmpty. True when
-// nothing was left behind (with removeIfEmpty: when the folder was removed).
-// The optional out-parameters are shared by every folder of the walk. A dry
-// run deletes and removes nothing, and reports as if every deletion and
-// removal had succeeded.
+// when it ends up empty. True when nothing was left behind (with
+// removeIfEmpty: when the folder was removed).
+bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs);
+
+// The same with the settings one by one, the age limit in minutes.
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
                  const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
                  std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp, bool dryRun);
 
-// The age limit in seconds, multiplied in 32 bits: it wraps on purpose, so a
-// huge limit can become negative and make every file old enough.
-std::int64_t ageLimitSeconds(std::int32_t maxAgeMinutes);
+// Whole days in seconds, in 64 bits: no -do value wraps round to a limit that
+// a young file would pass.
+std::int64_t ageLimitSeconds(std::int32_t daysOld);
 
 // Strictly older than the limit; a limit of zero or less makes every file old
 // enough.
-bool isOldEnough(TimeStamp entryTime, std::int32_t maxAgeMinutes, TimeStamp now);
+bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now);
 
 // Each file counts rounded to the nearest KiB, halves rounded up.
 std::int64_t roundedKiB(std::int64_t size);

@@ -12,18 +12,13 @@
 
 namespace {
 
-// What one sweep writes to, shared by every folder of the walk.
-struct SweepOutputs {
-    const QStringList* ignoreSuffixes;
-    QString* errors;
-    std::int32_t* deletedCount;
-    std::int64_t* deletedKiB;
-    QString* log;
-    bool namesOnly;
-    bool dryRun;
+// One sweep's settings and outputs, the same for every folder of the walk.
+struct Walk {
+    const SweepSettings& settings;
+    const SweepOutputs& out;
 
     // Every line but the deleted names needs the full log.
-    bool fullLog() const { return log != nullptr && !namesOnly; }
+    bool fullLog() const { return out.log != nullptr && !settings.namesOnly; }
 };
 
 // What one folder's sweep has left behind.
@@ -47,18 +42,18 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
         platformPrintf("     ...%s...\n", folder.toLatin1().constData());
 }
 
-void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp now, const SweepOutputs& out,
-               FolderVerdict& verdict)
+void sweepFile(DirListingHandle& listing, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
 {
+    const SweepOutputs& out = walk.out;
     const QString name = listing::name(listing);
-    if (const QString* suffix = matchingSuffix(out.ignoreSuffixes, name)) {
-        if (out.fullLog())
+    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
+        if (walk.fullLog())
             out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix + QLatin1String("'\n"));
         markKept(verdict);
         return;
     }
-    if (!isOldEnough(listing::time(listing), maxAgeMinutes, now)) {
-        if (out.fullLog())
+    if (!isOldEnough(listing::time(listing), walk.settings.ageLimitSeconds, now)) {
+        if (walk.fullLog())
             out.log->append(QLatin1String("     -ignT ") + name + QLatin1Char('\n'));
         markKept(verdict);
         return;
@@ -67,10 +62,10 @@ void sweepFile(DirListingHandle& listing, std::int32_t maxAgeMinutes, TimeStamp 
     const std::int64_t size = listing::size(listing);
     // Written before the attempt, so it also stands for a deletion that fails.
     if (out.log != nullptr)
-        out.log->append((out.namesOnly ? QString() : QStringLiteral("     -del ")) + name + QLatin1Char('\n'));
+        out.log->append((walk.settings.namesOnly ? QString() : QStringLiteral("     -del ")) + name + QLatin1Char('\n'));
 
     const QString path = listing::fullPath(listing);
-    const QString failure = out.dryRun ? QString() : deleteFile(path);
+    const QString failure = walk.settings.dryRun ? QString() : deleteFile(path);
     if (failure.isEmpty()) {
         if (out.deletedCount != nullptr)
             ++*out.deletedCount;
@@ -111,68 +106,68 @@ using FolderPath = std::deque<FolderFrame>;
 // The whole folder is read, and its search handle closed, before anything in
 // it is deleted. A folder that could not be held is treated like one that
 // cannot be listed: it yields nothing.
-void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, FolderPin pin, const SweepOutputs& out,
-                 TimeStamp* progressStamp)
+void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, FolderPin pin, const Walk& walk)
 {
     FolderFrame& frame = path.emplace_back(folder, removeIfEmpty, std::move(pin));
     listing::create(frame.listing);
     if (frame.pin.isHeld())
         listing::open(frame.listing, folderSearchPattern(folder), true, true, false, false);
-    if (out.fullLog())
-        out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
+    if (walk.fullLog())
+        walk.out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
     frame.now = currentTime();
-    printProgress(folder, progressStamp, frame.now);
+    printProgress(folder, walk.out.progressStamp, frame.now);
 }
 
 // A link below the named folder is neither entered nor removed: whatever it
 // leads to is not this sweep's to delete.
-void keepLink(const QString& name, const SweepOutputs& out, FolderVerdict& verdict)
+void keepLink(const QString& name, const Walk& walk, FolderVerdict& verdict)
 {
-    if (out.fullLog())
-        out.log->append(QLatin1String("     -lnk [") + name + QLatin1String("]\n"));
+    if (walk.fullLog())
+        walk.out.log->append(QLatin1String("     -lnk [") + name + QLatin1String("]\n"));
     markKept(verdict);
 }
 
 // Subfolders are removed when they end up empty.
-void visitSubfolder(FolderPath& path, FolderFrame& parent, const SweepOutputs& out, TimeStamp* progressStamp)
+void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 {
     const QString name = listing::name(parent.listing);
     // Unlike an ignored file, an ignored folder leaves the kept flag alone: the
     // parent still tries to remove itself, fails on the folder inside and
     // reports that.
-    if (const QString* suffix = matchingSuffix(out.ignoreSuffixes, name)) {
-        if (out.fullLog())
-            out.log->append(QLatin1String("     -ign [") + name + QLatin1String("]  '") + *suffix + QLatin1String("'\n"));
+    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
+        if (walk.fullLog())
+            walk.out.log->append(QLatin1String("     -ign [") + name + QLatin1String("]  '") + *suffix + QLatin1String("'\n"));
         parent.verdict.nothingLeft = false;
         return;
     }
     if (listing::isLink(parent.listing)) {
-        keepLink(name, out, parent.verdict);
+        keepLink(name, walk, parent.verdict);
         return;
     }
     const QString folder = listing::fullPath(parent.listing);
     FolderPin pin = pinFoundFolder(folder);
     if (pin.isLink) {
-        keepLink(name, out, parent.verdict);
+        keepLink(name, walk, parent.verdict);
         return;
     }
-    if (out.fullLog())
-        out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
+    if (walk.fullLog())
+        walk.out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
     // Gone since the listing: nothing is left of it. The held folder needs no
     // further test.
     if (pin.isMissing || (!pin.isHeld() && !folderExists(folder)))
         return;
-    enterFolder(path, folder, true, std::move(pin), out, progressStamp);
+    enterFolder(path, folder, true, std::move(pin), walk);
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,
 // when it was removed.
-bool leaveFolder(FolderFrame& frame, const SweepOutputs& out)
+bool leaveFolder(FolderFrame& frame, const Walk& walk)
 {
+    const SweepOutputs& out = walk.out;
     const FolderVerdict& verdict = frame.verdict;
     if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
         return verdict.nothingLeft;
-    if (out.dryRun)
+    if (walk.settings.dryRun)
         return true;
     // The folder's own hold would stop its removal.
     frame.pin.release();
@@ -186,30 +181,43 @@ bool leaveFolder(FolderFrame& frame, const SweepOutputs& out)
 
 }
 
-bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
-                 const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
-                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp, bool dryRun)
+bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs)
 {
     if (!folderExists(folder))
         return true;
 
-    const SweepOutputs out{ignoreSuffixes, errors, deletedCount, deletedKiB, log, namesOnly, dryRun};
+    const Walk walk{settings, outputs};
     FolderPath path;
-    enterFolder(path, folder, removeIfEmpty, pinNamedFolder(folder), out, progressStamp);
+    enterFolder(path, folder, settings.removeIfEmpty, pinNamedFolder(folder), walk);
     for (;;) {
         FolderFrame& frame = path.back();
         if (listing::next(frame.listing)) {
             if (!listing::isFolder(frame.listing))
-                sweepFile(frame.listing, maxAgeMinutes, frame.now, out, frame.verdict);
-            else if (recurse)
-                visitSubfolder(path, frame, out, progressStamp);
+                sweepFile(frame.listing, frame.now, walk, frame.verdict);
+            else if (settings.recurse)
+                visitSubfolder(path, frame, walk);
             continue;
         }
-        const bool nothingLeft = leaveFolder(frame, out);
+        const bool nothingLeft = leaveFolder(frame, walk);
         path.pop_back();
         if (path.empty())
             return nothingLeft;
         if (!nothingLeft)
             markKept(path.back().verdict);
     }
+}
+
+bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
+                 const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,
+                 std::int64_t* deletedKiB, QString* log, bool& namesOnly, TimeStamp* progressStamp, bool dryRun)
+{
+    constexpr std::int64_t kSecondsPerMinute = 60;
+    SweepSettings settings;
+    settings.removeIfEmpty = removeIfEmpty;
+    settings.recurse = recurse;
+    settings.ageLimitSeconds = maxAgeMinutes * kSecondsPerMinute;
+    settings.ignoreSuffixes = ignoreSuffixes;
+    settings.namesOnly = namesOnly;
+    settings.dryRun = dryRun;
+    return sweepFolder(folder, settings, SweepOutputs{errors, deletedCount, deletedKiB, log, progressStamp});
 }

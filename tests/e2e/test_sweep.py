@@ -82,9 +82,12 @@ def test_verbose_log_lists_every_decision(tool, drive, work):
     assert masked(tool("-v", folder, "-do", "14").out) == BANNER + report(folder, 14, 2, 0, log=log)
 
 
-@pytest.mark.parametrize("days, left", [("24855", ["a.txt"]), ("24856", [])])
-def test_huge_age_limit_wraps_and_then_deletes_everything(tool, drive, work, days, left):
-    make_tree(work, {"a.txt": (OLD, 1)})
+# The limit is whole days in 64 bits: no value wraps round to delete a new file.
+@pytest.mark.parametrize("days, left", [
+    ("24856", ["new.txt"]), ("30000", ["new.txt"]), ("1491309", ["new.txt", "y1901.txt"])])
+def test_huge_age_limit_keeps_new_files(tool, drive, work, days, left):
+    now = int(time.time())
+    make_tree(work, {"new.txt": (0, 1), "y1901.txt": (now + 2145916800, 1)}, now=now)
     assert tool("-do", days, drive.win(work)).code == 0
     assert tree(work) == left
 

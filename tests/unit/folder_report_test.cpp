@@ -37,18 +37,21 @@ TEST(FolderReport, FreeSpaceRootOfDriveAndSharePaths)
         EXPECT_EQ(freeSpaceRoot(QString::fromLatin1(c.path)), QString::fromLatin1(c.root)) << c.path;
 }
 
-TEST(AgeLimit, DaysBecomeSecondsWrappingIn32Bits)
+TEST(AgeLimit, DaysBecomeSecondsWithoutWrapping)
 {
-    EXPECT_EQ(ageLimitMinutes(1491308), 2147483520);
-    EXPECT_LT(ageLimitMinutes(1491309), 0);
-    EXPECT_EQ(ageLimitSeconds(ageLimitMinutes(24855)), 2147472000LL);
-    EXPECT_EQ(ageLimitSeconds(ageLimitMinutes(24856)), -2147408896LL);
+    EXPECT_EQ(ageLimitSeconds(24856), 2147558400LL);
+    EXPECT_EQ(ageLimitSeconds(1491309), 128849097600LL);
+    EXPECT_EQ(ageLimitSeconds(-5), -432000LL);
 
     const TimeStamp now = 2000000000;
-    EXPECT_FALSE(isOldEnough(now - 86400, 1440, now));
-    EXPECT_TRUE(isOldEnough(now - 86401, 1440, now));
-    EXPECT_TRUE(isOldEnough(now + 3600, ageLimitMinutes(-5), now));
-    EXPECT_TRUE(isOldEnough(now, ageLimitMinutes(24856), now));
+    EXPECT_FALSE(isOldEnough(now - 86400, ageLimitSeconds(1), now));
+    EXPECT_TRUE(isOldEnough(now - 86401, ageLimitSeconds(1), now));
+    EXPECT_TRUE(isOldEnough(now + 3600, ageLimitSeconds(-5), now));
+    EXPECT_TRUE(isOldEnough(now + 3600, ageLimitSeconds(0), now));
+    EXPECT_FALSE(isOldEnough(now - 1, ageLimitSeconds(30000), now));
+    // 1901 is older than 30,000 days but younger than 1,491,309.
+    EXPECT_TRUE(isOldEnough(-2145916800, ageLimitSeconds(30000), now));
+    EXPECT_FALSE(isOldEnough(-2145916800, ageLimitSeconds(1491309), now));
 }
 
 TEST(AgeLimit, KiBAreRoundedPerFile)
