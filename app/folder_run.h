@@ -1,6 +1,7 @@
 #pragma once
 // One concrete folder swept end to end, with its printed report.
 
+#include "app/command_line.h"
 #include "sweep/file_time.h"
 
 #include <QString>
@@ -12,7 +13,7 @@ TimeStamp& progressStamp();
 
 // False when the folder does not exist; its warning has then been printed. A
 // dry run reports what the run would delete and changes nothing.
-bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool dryRun);
+bool runFolder(const QString& folder, const RunOptions& options);
 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);

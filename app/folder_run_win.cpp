@@ -14,8 +14,9 @@ constexpr int kBytesToMiBShift = 20;
 
 }
 
-bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool dryRun)
+bool runFolder(const QString& folder, const RunOptions& options)
 {
+    const bool dryRun = options.dryRun;
     const QByteArray folderText = folder.toLatin1();
     if (!folderExists(folder)) {
         platformPrintf("Warning: directory %s does not exist!\n", folderText.constData());
@@ -23,7 +24,7 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool
     }
     platformPrintf(dryRun ? "\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n"
                           : "\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
-                   folderText.constData(), daysOld);
+                   folderText.constData(), options.daysOld);
 
     QString errors;
     QString log;
@@ -33,19 +34,19 @@ bool runFolder(const QString& folder, std::int32_t& daysOld, bool& verbose, bool
     // The folder named on the command line, or found by a wildcard, is never
     // removed itself.
     settings.removeIfEmpty = false;
-    settings.ageLimitSeconds = ageLimitSeconds(daysOld);
+    settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
     settings.dryRun = dryRun;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
     sweepFolder(folder, settings,
-                SweepOutputs{&errors, &deletedCount, &deletedKiB, verbose ? &log : nullptr, &progressStamp()});
+                SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
 
     // "Kib" is the report's own spelling.
     platformPrintf(dryRun ? "  %d files would be deleted (%s Kib). \n\n" : "  %d files deleted (%s Kib). \n\n",
                    deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
     if (!errors.isEmpty())
         platformPrintf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
-    if (verbose)
+    if (options.verbose)
         platformPrintf("\n%s\n\n", log.toLatin1().constData());
     platformPrintf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
                    formatGroupedNumber(freeDriveSpaceMiB(folder)).toLatin1().constData());

@@ -23,6 +23,6 @@ int main(int argc, char* argv[])
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
         platformPrintf("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
-    expandWildcardFolders(options.directory, options.daysOld, options.verbose, options.dryRun);
+    expandWildcardFolders(options.directory, options);
     return kExitOk;
 }

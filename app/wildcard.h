@@ -1,12 +1,14 @@
 #pragma once
 
+#include "app/command_line.h"
+
 #include <QString>
 
 #include <cstdint>
 
 // Runs the folder run on every folder the path names, expanding one "*"
 // component at a time, depth-first. A path without "*" is run directly.
-void expandWildcardFolders(QString path, std::int32_t& daysOld, bool& verbose, bool dryRun);
+void expandWildcardFolders(QString path, const RunOptions& options);
 
 // A path cut at its first "*". Only the backslash separates here.
 struct WildcardParts {

@@ -43,14 +43,14 @@ bool isReachedThroughLink(const QString& path, qsizetype from)
 // links included. Below it every folder is one that a user may have made, so
 // none may lead elsewhere: linksFrom is where that part of the path begins,
 // -1 while no "*" has been expanded.
-void expandFrom(const QString& path, qsizetype linksFrom, std::int32_t& daysOld, bool& verbose, bool dryRun)
+void expandFrom(const QString& path, qsizetype linksFrom, const RunOptions& options)
 {
     if (!path.contains(QLatin1Char('*'))) {
         if (linksFrom >= 0 && isReachedThroughLink(path, linksFrom)) {
             platformPrintf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
             return;
         }
-        runFolder(path, daysOld, verbose, dryRun);
+        runFolder(path, options);
         return;
     }
     const WildcardParts parts = splitAtFirstWildcard(path);
@@ -66,7 +66,7 @@ void expandFrom(const QString& path, qsizetype linksFrom, std::int32_t& daysOld,
     // A "*" matches neither files nor links.
     while (listing::next(listing)) {
         if (listing::isFolder(listing) && !listing::isLink(listing))
-            expandFrom(parts.base + listing::name(listing) + parts.rest, linksFrom, daysOld, verbose, dryRun);
+            expandFrom(parts.base + listing::name(listing) + parts.rest, linksFrom, options);
     }
     listing::destroy(listing);
 }
@@ -77,7 +77,7 @@ void expandFrom(const QString& path, qsizetype linksFrom, std::int32_t& daysOld,
 // suffix filter, which applies to files only: it does not narrow the folders
 // that match, and it is not put back into the built path. That is the tool's
 // long-standing behaviour, kept on purpose.
-void expandWildcardFolders(QString path, std::int32_t& daysOld, bool& verbose, bool dryRun)
+void expandWildcardFolders(QString path, const RunOptions& options)
 {
-    expandFrom(path, -1, daysOld, verbose, dryRun);
+    expandFrom(path, -1, options);
 }
