@@ -56,6 +56,11 @@ namespace listing {
 void create(DirListingHandle& handle);
 void open(DirListingHandle& handle, const QString& folder, bool includeFolders, bool readAllFirst, bool sort,
           bool descending);
+// Reads the whole folder through a handle held on it, as open does with
+// readAllFirst and includeFolders; full paths are the folder's path, a
+// backslash and the name. ERROR_SUCCESS, or why the folder could not be read
+// to its end: what was read until then is served.
+DWORD openHeld(DirListingHandle& handle, HANDLE folder, const QString& folderPath);
 bool next(DirListingHandle& handle);
 
 bool isFolder(DirListingHandle& handle);

@@ -3,6 +3,8 @@
 #include "sweep/file_ops.h"
 #include "sweep/listing_rules.h"
 
+#include <vector>
+
 namespace {
 
 // Reparse tags whose folders keep their content in place: they are hydrated,
@@ -85,6 +87,15 @@ void closeListing(DirListing& listing)
     listing.haveLists = false;
 }
 
+void clearLists(DirListing& listing)
+{
+    listing.names.clear();
+    listing.times.clear();
+    listing.sizes.clear();
+    listing.folderFlags.clear();
+    listing.linkFlags.clear();
+}
+
 bool isAccepted(const DirListing& listing)
 {
     const QString name = foundName(listing.findData);
@@ -147,6 +158,57 @@ void readAll(DirListing& listing, bool sort, bool descending)
     listing.index = -1;
 }
 
+// The first fetch starts the folder over; later ones go on from where the
+// previous ended, until the platform says there are no more.
+DWORD fetchHeld(HANDLE folder, bool first, std::vector<std::uint64_t>& buffer)
+{
+    const FILE_INFO_BY_HANDLE_CLASS kind = first ? FileFullDirectoryRestartInfo : FileFullDirectoryInfo;
+    const DWORD bytes = static_cast<DWORD>(buffer.size() * sizeof(std::uint64_t));
+    if (GetFileInformationByHandleEx(folder, kind, buffer.data(), bytes))
+        return ERROR_SUCCESS;
+    return GetLastError();
+}
+
+// The find data's fields, from one entry of a fetch. The entry carries the
+// reparse tag where extended attributes would otherwise be counted.
+void appendHeldEntry(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
+{
+    const QString name = QString::fromWCharArray(entry.FileName, entry.FileNameLength / sizeof(wchar_t));
+    const bool folder = (entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (folder ? !acceptsFolder(name, true)
+               : !acceptsFile(name, listing.suffixFilters, listing.prefixFilters, listing.containsFilters))
+        return;
+    listing.names.append(name);
+    listing.times.append(entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
+                                   entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart)));
+    listing.sizes.append(entry.EndOfFile.QuadPart);
+    listing.folderFlags.append(folder);
+    listing.linkFlags.append(isLinkEntry(entry.FileAttributes, entry.EaSize));
+}
+
+DWORD readHeld(DirListing& listing, HANDLE folder)
+{
+    // Large fetches, as the directory search is asked for: one call brings
+    // hundreds of entries.
+    constexpr std::size_t kFetchBytes = 64 * 1024;
+    std::vector<std::uint64_t> buffer(kFetchBytes / sizeof(std::uint64_t));
+    for (bool first = true;; first = false) {
+        const DWORD error = fetchHeld(folder, first, buffer);
+        if (error == ERROR_NO_MORE_FILES)
+            return ERROR_SUCCESS;
+        if (error != ERROR_SUCCESS)
+            return error;
+        const auto* bytes = reinterpret_cast<const unsigned char*>(buffer.data());
+        for (;;) {
+            const auto& entry = *reinterpret_cast<const FILE_FULL_DIR_INFO*>(bytes);
+            appendHeldEntry(listing, entry);
+            if (entry.NextEntryOffset == 0)
+                break;
+            bytes += entry.NextEntryOffset;
+        }
+    }
+}
+
 // Whether the properties come from the lists, and there is an entry there.
 bool atListEntry(const DirListing& listing)
 {
@@ -181,16 +243,31 @@ void open(DirListingHandle& handle, const QString& folder, bool includeFolders, 
     listing.prefix = paths.prefix;
     listing.searchPattern = paths.searchPattern;
 
-    listing.names.clear();
-    listing.times.clear();
-    listing.sizes.clear();
-    listing.folderFlags.clear();
-    listing.linkFlags.clear();
+    clearLists(listing);
     listing.index = -1;
     listing.isOpen = true;
 
     if (readAllFirst || sort)
         readAll(listing, sort, descending);
+}
+
+DWORD openHeld(DirListingHandle& handle, HANDLE folder, const QString& folderPath)
+{
+    if (handle == nullptr)
+        return ERROR_INVALID_HANDLE;
+    DirListing& listing = *handle;
+    closeListing(listing);
+    listing.includeFolders = true;
+    listing.folder = folderPath;
+    listing.prefix = folderPrefix(folderPath);
+    listing.searchPattern.clear();
+    clearLists(listing);
+    const DWORD error = readHeld(listing, folder);
+    listing.isOpen = true;
+    listing.fromLists = true;
+    listing.haveLists = true;
+    listing.index = -1;
+    return error;
 }
 
 bool next(DirListingHandle& handle)

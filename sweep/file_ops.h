@@ -25,6 +25,14 @@ QString withLongPathPrefix(const QString& path);
 QString pathForFileCall(const QString& path);
 QString patternForSearchCall(const QString& pattern);
 
+// What a Win32 call is given for a path named on the command line: a short
+// path as named, so a relative one is taken from the current folder; a long
+// one made absolute with the long-path prefix, which only whole paths take.
+QString platformPath(const QString& path);
+
+// The path made absolute against the current folder; as given when that fails.
+QString absolutePath(const QString& path);
+
 // The folder part of a path, ending in a backslash.
 QString folderOfPath(QString path);
 
@@ -35,5 +43,8 @@ bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size);
 // Empty on success, and for a file that has already vanished; otherwise
 // "Unable to delete file; <system text>.".
 QString deleteFile(const QString& path);
+
+// "Unable to delete file; <system text>." for a deletion that failed so.
+QString deletionFailureText(std::uint32_t error);
 
 bool removeFolder(const QString& path);

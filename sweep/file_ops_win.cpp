@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+#include <vector>
+
 namespace {
 
 bool isFolderAttribute(DWORD attributes)
@@ -14,9 +16,28 @@ bool isFolderAttribute(DWORD attributes)
 
 }
 
+QString absolutePath(const QString& path)
+{
+    const DWORD needed = GetFullPathNameW(asWide(path.utf16()), 0, nullptr, nullptr);
+    if (needed == 0)
+        return path;
+    std::vector<wchar_t> units(needed);
+    const DWORD written = GetFullPathNameW(asWide(path.utf16()), needed, units.data(), nullptr);
+    if (written == 0 || written >= needed)
+        return path;
+    return QString::fromWCharArray(units.data(), written);
+}
+
+QString platformPath(const QString& path)
+{
+    if (!needsLongPathPrefix(int(path.size())) || path.startsWith(QLatin1String("\\\\?\\")))
+        return path;
+    return withLongPathPrefix(absolutePath(path));
+}
+
 bool fileExists(const QString& path)
 {
-    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
+    const DWORD attributes = GetFileAttributesW(asWide(platformPath(path).utf16()));
     return attributes != INVALID_FILE_ATTRIBUTES && !isFolderAttribute(attributes);
 }
 
@@ -28,13 +49,13 @@ bool folderExists(QString path)
     // C:\ becomes C:, which is read as the current folder of drive C.
     if (path.endsWith(QLatin1Char('\\')))
         path.chop(1);
-    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
+    const DWORD attributes = GetFileAttributesW(asWide(platformPath(path).utf16()));
     return attributes != INVALID_FILE_ATTRIBUTES && isFolderAttribute(attributes);
 }
 
 bool fileTimeAndSize(const QString& path, TimeStamp* time, std::int64_t* size)
 {
-    const DWORD attributes = GetFileAttributesW(asWide(pathForFileCall(path).utf16()));
+    const DWORD attributes = GetFileAttributesW(asWide(platformPath(path).utf16()));
     if (attributes == INVALID_FILE_ATTRIBUTES || isFolderAttribute(attributes))
         return false;
 
@@ -86,6 +107,11 @@ QString deleteFile(const QString& path)
     // Someone else deleted it between the test and the deletion.
     if (error == ERROR_FILE_NOT_FOUND)
         return QString();
+    return deletionFailureText(error);
+}
+
+QString deletionFailureText(std::uint32_t error)
+{
     return QStringLiteral("Unable to delete file; %1.").arg(toQString(systemErrorText(error)), 0, QLatin1Char(' '));
 }
 

@@ -2,7 +2,7 @@
 // A folder held open while it is swept. The handle shares reading and writing
 // but not deletion, so while it is held nobody can rename, delete or replace
 // the folder by a link, and what was checked about it stays true until it is
-// used.
+// used. Its entries are listed through the handle and opened relative to it.
 
 #include "sweep/win32.h"
 
@@ -14,6 +14,8 @@ struct FolderPin {
     bool isLink = false;
     // Nothing is there, or no folder: the open or the handle said so.
     bool isMissing = false;
+    // Why a folder that is there could not be held; ERROR_SUCCESS otherwise.
+    DWORD error = ERROR_SUCCESS;
 
     FolderPin() = default;
     FolderPin(const FolderPin&) = delete;
@@ -25,10 +27,17 @@ struct FolderPin {
     void release();
 };
 
-// The folder the caller named, opened as named: a link there is followed.
-FolderPin pinNamedFolder(const QString& folder);
+// The folder the caller named, opened by its path as named: a link there is
+// followed, and a relative path is taken from the current folder.
+// With forRemoval the handle may also delete the folder.
+FolderPin pinNamedFolder(const QString& folder, bool forRemoval);
 
-// A folder found in a listing, opened itself and never a link's target. A link
-// put in its place since the listing is caught through the handle: isLink is
-// set and nothing is held. So is a folder gone since, with isMissing.
-FolderPin pinFoundFolder(const QString& folder);
+// The folder called name in the held folder parent, opened itself and never a
+// link's target. A link put in its place since the listing is caught through
+// the handle: isLink is set and nothing is held. So is a folder gone since,
+// with isMissing. With forRemoval the handle may also delete the folder.
+FolderPin pinFoundFolder(HANDLE parent, const QString& name, bool forRemoval);
+
+// Removes the held folder through its own handle, so the folder removed is the
+// one that was swept, and releases it. ERROR_SUCCESS or the reason it stays.
+DWORD removePinnedFolder(FolderPin& pin);

@@ -90,11 +90,13 @@ ListingPaths listingPaths(const QString& folder, bool (*isExistingFile)(const QS
     return paths;
 }
 
-QString folderSearchPattern(const QString& folder)
+QString folderPrefix(const QString& folder)
 {
-    if (folder.endsWith(kBackslash) || folder.endsWith(QLatin1Char('/')))
-        return folder + QLatin1Char('*');
-    return folder + kBackslash + QLatin1Char('*');
+    QString prefix = folder;
+    prefix.replace(QLatin1Char('/'), kBackslash);
+    if (!prefix.endsWith(kBackslash))
+        prefix.append(kBackslash);
+    return prefix;
 }
 
 // A last-write time whose upper word is zero lies within 430 seconds of 1601,

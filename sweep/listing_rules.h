@@ -21,9 +21,9 @@ struct ListingPaths {
 // so, and otherwise as a folder. Full paths are prefix + name.
 ListingPaths listingPaths(const QString& folder, bool (*isExistingFile)(const QString&));
 
-// The pattern that lists a folder known to be one. It gives the listing the
-// same paths as the folder itself, without asking whether it is a file.
-QString folderSearchPattern(const QString& folder);
+// What a listing of the folder puts in front of each name to make its full
+// path: the folder with backslashes for slashes, ending in one backslash.
+QString folderPrefix(const QString& folder);
 
 // The last-write time, or the creation time when the last-write time's upper
 // word is zero.

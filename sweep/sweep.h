@@ -45,6 +45,13 @@ struct SweepOutputs {
 // removeIfEmpty: when the folder was removed).
 bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs);
 
+// The same on a folder already held, reached and checked by the caller; the
+// sweep takes the hold over. A pin that holds nothing is reported as a folder
+// that could not be read, unless it found nothing there.
+struct FolderPin;
+bool sweepHeldFolder(const QString& folder, FolderPin pin, const SweepSettings& settings,
+                     const SweepOutputs& outputs);
+
 // The same with the settings one by one, the age limit in minutes.
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,
                  const QStringList* ignoreSuffixes, QString* errors, std::int32_t* deletedCount,

@@ -1,6 +1,7 @@
 #include "sweep/sweep.h"
 
 #include "sweep/dir_listing.h"
+#include "sweep/entry_ops.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_pin.h"
@@ -42,7 +43,25 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
         platformPrintf("     ...%s...\n", folder.toLatin1().constData());
 }
 
-void sweepFile(DirListingHandle& listing, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
+void countDeleted(std::int64_t size, const SweepOutputs& out)
+{
+    if (out.deletedCount != nullptr)
+        ++*out.deletedCount;
+    if (out.deletedKiB != nullptr)
+        *out.deletedKiB += roundedKiB(size);
+}
+
+void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
+{
+    if (walk.fullLog())
+        walk.out.log->append(QLatin1String("     -ignT ") + name + QLatin1Char('\n'));
+    markKept(verdict);
+}
+
+// The listing's age decides which files are opened at all; the file's own
+// time, read through the handle that deletes it, decides whether it goes, so a
+// file written since the listing stays. A dry run opens nothing.
+void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
 {
     const SweepOutputs& out = walk.out;
     const QString name = listing::name(listing);
@@ -53,28 +72,32 @@ void sweepFile(DirListingHandle& listing, TimeStamp now, const Walk& walk, Folde
         return;
     }
     if (!isOldEnough(listing::time(listing), walk.settings.ageLimitSeconds, now)) {
-        if (walk.fullLog())
-            out.log->append(QLatin1String("     -ignT ") + name + QLatin1Char('\n'));
-        markKept(verdict);
+        logTooYoung(name, walk, verdict);
         return;
     }
 
-    const std::int64_t size = listing::size(listing);
+    FileToDelete file;
+    const bool opened = !walk.settings.dryRun && openFileToDelete(folder, name, file);
+    if (opened && !isOldEnough(file.time, walk.settings.ageLimitSeconds, currentTime())) {
+        logTooYoung(name, walk, verdict);
+        return;
+    }
     // Written before the attempt, so it also stands for a deletion that fails.
     if (out.log != nullptr)
         out.log->append((walk.settings.namesOnly ? QString() : QStringLiteral("     -del ")) + name + QLatin1Char('\n'));
 
-    const QString path = listing::fullPath(listing);
-    const QString failure = walk.settings.dryRun ? QString() : deleteFile(path);
-    if (failure.isEmpty()) {
-        if (out.deletedCount != nullptr)
-            ++*out.deletedCount;
-        if (out.deletedKiB != nullptr)
-            *out.deletedKiB += roundedKiB(size);
+    DWORD error = ERROR_SUCCESS;
+    if (opened)
+        error = deleteOpenedFile(file);
+    else if (!walk.settings.dryRun && !isGoneError(file.error))
+        error = file.error;
+    // A file gone since the listing counts as deleted.
+    if (error == ERROR_SUCCESS) {
+        countDeleted(listing::size(listing), out);
         return;
     }
     if (out.errors != nullptr)
-        out.errors->append(path + QLatin1Char(':') + failure + QLatin1Char('\n'));
+        out.errors->append(listing::fullPath(listing) + QLatin1Char(':') + deletionFailureText(error) + QLatin1Char('\n'));
     verdict.failed = true;
     verdict.nothingLeft = false;
 }
@@ -103,19 +126,27 @@ struct FolderFrame {
 // deeper frames come and go.
 using FolderPath = std::deque<FolderFrame>;
 
-// The whole folder is read, and its search handle closed, before anything in
-// it is deleted. A folder that could not be held is treated like one that
-// cannot be listed: it yields nothing.
+// The whole folder is read through the held handle before anything in it is
+// deleted. A folder that could not be held or read is reported and kept, so
+// it is never removed with files in it that nobody looked at; one that is gone
+// since its listing is silently nothing.
 void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, FolderPin pin, const Walk& walk)
 {
     FolderFrame& frame = path.emplace_back(folder, removeIfEmpty, std::move(pin));
     listing::create(frame.listing);
-    if (frame.pin.isHeld())
-        listing::open(frame.listing, folderSearchPattern(folder), true, true, false, false);
     if (walk.fullLog())
         walk.out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
+    DWORD error = frame.pin.error;
+    if (frame.pin.isHeld())
+        error = listing::openHeld(frame.listing, frame.pin.handle, folder);
     frame.now = currentTime();
     printProgress(folder, walk.out.progressStamp, frame.now);
+    if (error == ERROR_SUCCESS)
+        return;
+    if (walk.out.errors != nullptr)
+        walk.out.errors->append(QLatin1String("Error reading folder ") + folder + QLatin1Char(':')
+                                + toQString(systemErrorText(error)) + QLatin1Char('\n'));
+    markKept(frame.verdict);
 }
 
 // A link below the named folder is neither entered nor removed: whatever it
@@ -144,19 +175,17 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         keepLink(name, walk, parent.verdict);
         return;
     }
-    const QString folder = listing::fullPath(parent.listing);
-    FolderPin pin = pinFoundFolder(folder);
+    FolderPin pin = pinFoundFolder(parent.pin.handle, name, true);
     if (pin.isLink) {
         keepLink(name, walk, parent.verdict);
         return;
     }
     if (walk.fullLog())
         walk.out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
-    // Gone since the listing: nothing is left of it. The held folder needs no
-    // further test.
-    if (pin.isMissing || (!pin.isHeld() && !folderExists(folder)))
+    // Gone since the listing: nothing is left of it.
+    if (pin.isMissing)
         return;
-    enterFolder(path, folder, true, std::move(pin), walk);
+    enterFolder(path, listing::fullPath(parent.listing), true, std::move(pin), walk);
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,
@@ -169,31 +198,30 @@ bool leaveFolder(FolderFrame& frame, const Walk& walk)
         return verdict.nothingLeft;
     if (walk.settings.dryRun)
         return true;
-    // The folder's own hold would stop its removal.
-    frame.pin.release();
-    if (removeFolder(frame.folder))
+    const DWORD error = removePinnedFolder(frame.pin);
+    if (error == ERROR_SUCCESS)
         return true;
     if (out.errors != nullptr)
         out.errors->append(QLatin1String("Error deleting folder ") + frame.folder + QLatin1Char(':')
-                           + toQString(systemErrorText(kLastError)) + QLatin1Char('\n'));
+                           + toQString(systemErrorText(error)) + QLatin1Char('\n'));
     return false;
 }
 
 }
 
-bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs)
+bool sweepHeldFolder(const QString& folder, FolderPin pin, const SweepSettings& settings, const SweepOutputs& outputs)
 {
-    if (!folderExists(folder))
+    if (pin.isMissing)
         return true;
 
     const Walk walk{settings, outputs};
     FolderPath path;
-    enterFolder(path, folder, settings.removeIfEmpty, pinNamedFolder(folder), walk);
+    enterFolder(path, folder, settings.removeIfEmpty, std::move(pin), walk);
     for (;;) {
         FolderFrame& frame = path.back();
         if (listing::next(frame.listing)) {
             if (!listing::isFolder(frame.listing))
-                sweepFile(frame.listing, frame.now, walk, frame.verdict);
+                sweepFile(frame.listing, frame.pin.handle, frame.now, walk, frame.verdict);
             else if (settings.recurse)
                 visitSubfolder(path, frame, walk);
             continue;
@@ -205,6 +233,13 @@ bool sweepFolder(const QString& folder, const SweepSettings& settings, const Swe
         if (!nothingLeft)
             markKept(path.back().verdict);
     }
+}
+
+bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs)
+{
+    if (!folderExists(folder))
+        return true;
+    return sweepHeldFolder(folder, pinNamedFolder(folder, settings.removeIfEmpty), settings, outputs);
 }
 
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,

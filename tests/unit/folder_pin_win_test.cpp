@@ -6,17 +6,23 @@ namespace {
 
 using FolderPinTest = TempFolderTest;
 
-TEST_F(FolderPinTest, PinnedFolderCannotBeRenamedUntilReleased)
+// "job." is reached by its own name, beside a "job" that a plain path would
+// name instead.
+TEST_F(FolderPinTest, FolderHeldByItsExactNameCannotBeRenamedAndIsRemovedItself)
 {
-    const QString folder = path(QStringLiteral("job"));
+    const QString verbatim = QStringLiteral("\\\\?\\") + path(QStringLiteral("job."));
     const QString moved = path(QStringLiteral("moved"));
-    makeFolder(folder);
-    FolderPin pin = pinFoundFolder(folder);
+    makeFolder(path(QStringLiteral("job")));
+    ASSERT_TRUE(CreateDirectoryW(asWide(verbatim.utf16()), nullptr));
+    const FolderPin parent = pinNamedFolder(root, false);
+    FolderPin pin = pinFoundFolder(parent.handle, QStringLiteral("JOB."), true);
     ASSERT_TRUE(pin.isHeld());
-    EXPECT_FALSE(pin.isLink);
-    EXPECT_FALSE(MoveFileW(asWide(folder.utf16()), asWide(moved.utf16())));
-    pin.release();
-    EXPECT_TRUE(MoveFileW(asWide(folder.utf16()), asWide(moved.utf16())));
+    EXPECT_FALSE(pin.isLink || pin.isMissing);
+    EXPECT_FALSE(MoveFileW(asWide(verbatim.utf16()), asWide(moved.utf16())));
+    EXPECT_EQ(removePinnedFolder(pin), DWORD(ERROR_SUCCESS));
+    EXPECT_EQ(GetFileAttributesW(asWide(verbatim.utf16())), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(exists(QStringLiteral("job")));
+    EXPECT_TRUE(pinFoundFolder(parent.handle, QStringLiteral("job."), true).isMissing);
 }
 
 TEST(LinkEntry, NameSurrogatesZeroAndUnknownTagsAreLinksPlaceholdersAreNot)

@@ -1,0 +1,46 @@
+#pragma once
+// Entries found in a listing are acted on through the folder that holds them:
+// each is opened relative to its held parent's handle by the exact name the
+// listing gave, and is deleted or removed through its own handle.
+//
+// A path built from the name would pass through the Win32 path rules, which
+// drop a trailing dot or blank, read a name of dots as the folder itself and a
+// device name as the device: another entry than the one tested could go, or
+// the tested one could never go. A built path is also resolved again from the
+// drive down, through folders that may have been renamed or replaced since
+// they were checked, and its length is limited. A name opened in a held folder
+// is that entry and no other, at any depth.
+
+#include "sweep/file_time.h"
+#include "sweep/win32.h"
+
+#include <QString>
+
+// Opens name in the held folder, never following a link at the name itself.
+// INVALID_HANDLE_VALUE on failure, with its reason in error.
+HANDLE openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access, ULONG sharing, ULONG options,
+                    DWORD& error);
+
+// The error says that nothing is there any more.
+bool isGoneError(DWORD error);
+
+// A file found old in a listing, opened for its deletion. The time and the
+// attributes are read through the same handle, so they are the file's as it
+// is now, not as it was listed.
+struct FileToDelete {
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    DWORD error = ERROR_SUCCESS;
+    TimeStamp time = 0;
+    DWORD attributes = 0;
+
+    FileToDelete() = default;
+    FileToDelete(const FileToDelete&) = delete;
+    FileToDelete& operator=(const FileToDelete&) = delete;
+    ~FileToDelete();
+};
+
+// False when the file could not be opened or read; file.error says why.
+bool openFileToDelete(HANDLE folder, const QString& name, FileToDelete& file);
+
+// Deletes the opened file and closes it. ERROR_SUCCESS or the reason it stays.
+DWORD deleteOpenedFile(FileToDelete& file);
