@@ -15,6 +15,12 @@ TimeStamp& progressStamp();
 // dry run reports what the run would delete and changes nothing.
 bool runFolder(const QString& folder, const RunOptions& options);
 
+// The same on a folder that a wildcard reached and holds; the run takes the
+// hold over. A pin that holds nothing is reported as a folder that could not
+// be read.
+struct FolderPin;
+void runHeldFolder(const QString& folder, FolderPin pin, const RunOptions& options);
+
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);
 

@@ -1,9 +1,12 @@
 #include "app/folder_run.h"
 
 #include "sweep/file_ops.h"
+#include "sweep/folder_pin.h"
 #include "sweep/sweep.h"
 #include "sweep/win32.h"
 #include "text/platform_printf.h"
+
+#include <utility>
 
 namespace {
 
@@ -12,16 +15,10 @@ constexpr std::uint32_t kUnknownFreeMiB = 1000;
 constexpr int kFreeSpaceRootUnits = 255;
 constexpr int kBytesToMiBShift = 20;
 
-}
-
-bool runFolder(const QString& folder, const RunOptions& options)
+void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& options)
 {
     const bool dryRun = options.dryRun;
     const QByteArray folderText = folder.toLatin1();
-    if (!folderExists(folder)) {
-        platformPrintf("Warning: directory %s does not exist!\n", folderText.constData());
-        return false;
-    }
     platformPrintf(dryRun ? "\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n"
                           : "\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
                    folderText.constData(), options.daysOld);
@@ -38,8 +35,8 @@ bool runFolder(const QString& folder, const RunOptions& options)
     settings.dryRun = dryRun;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
-    sweepFolder(folder, settings,
-                SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
+    sweepHeldFolder(folder, std::move(pin), settings,
+                    SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
 
     // "Kib" is the report's own spelling.
     platformPrintf(dryRun ? "  %d files would be deleted (%s Kib). \n\n" : "  %d files deleted (%s Kib). \n\n",
@@ -49,8 +46,24 @@ bool runFolder(const QString& folder, const RunOptions& options)
     if (options.verbose)
         platformPrintf("\n%s\n\n", log.toLatin1().constData());
     platformPrintf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
-                   formatGroupedNumber(freeDriveSpaceMiB(folder)).toLatin1().constData());
+                   formatGroupedNumber(freeDriveSpaceMiB(absolutePath(folder))).toLatin1().constData());
+}
+
+}
+
+bool runFolder(const QString& folder, const RunOptions& options)
+{
+    if (!folderExists(folder)) {
+        platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
+        return false;
+    }
+    sweepAndReport(folder, pinNamedFolder(folder, false), options);
     return true;
+}
+
+void runHeldFolder(const QString& folder, FolderPin pin, const RunOptions& options)
+{
+    sweepAndReport(folder, std::move(pin), options);
 }
 
 std::uint32_t freeDriveSpaceMiB(QString path)

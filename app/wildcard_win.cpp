@@ -2,82 +2,140 @@
 
 #include "app/folder_run.h"
 #include "sweep/dir_listing.h"
-#include "sweep/file_ops.h"
+#include "sweep/folder_pin.h"
 #include "text/platform_printf.h"
+
+#include <utility>
+#include <vector>
 
 namespace {
 
-enum class EntryKind { missing, link, other };
+const QChar kBackslash = QLatin1Char('\\');
+const QChar kStar = QLatin1Char('*');
 
-// The entry a path names, as its folder's listing shows it.
-EntryKind entryKind(const QString& path)
+void warnReachedThroughLink(const QString& path)
 {
-    WIN32_FIND_DATAW data;
-    const HANDLE found = FindFirstFileExW(asWide(patternForSearchCall(path).utf16()), FindExInfoBasic, &data,
-                                          FindExSearchNameMatch, nullptr, 0);
-    if (found == INVALID_HANDLE_VALUE)
-        return EntryKind::missing;
-    FindClose(found);
-    return isLinkEntry(data.dwFileAttributes, data.dwReserved0) ? EntryKind::link : EntryKind::other;
+    platformPrintf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
 }
 
-// Whether a folder of the path, from index `from` on, is a link. The test ends
-// at the first one that is missing: the folder run reports that.
-bool isReachedThroughLink(const QString& path, qsizetype from)
+// The path as the command line gives it, from the folder reached so far on:
+// the names still to follow, or empty while one of them holds a "*".
+QString concretePath(const QString& reached, const QStringList& names, qsizetype next)
 {
-    while (from < path.size()) {
-        qsizetype end = path.indexOf(QLatin1Char('\\'), from);
-        if (end < 0)
-            end = path.size();
-        if (end > from) {
-            const EntryKind kind = entryKind(path.left(end));
-            if (kind != EntryKind::other)
-                return kind == EntryKind::link;
-        }
-        from = end + 1;
+    QString path = reached;
+    for (qsizetype i = next; i < names.size(); ++i) {
+        if (names.at(i).contains(kStar))
+            return QString();
+        path += kBackslash + names.at(i);
     }
-    return false;
+    return path;
 }
 
-// What the command line names before its first "*" is the admin's own choice,
-// links included. Below it every folder is one that a user may have made, so
-// none may lead elsewhere: linksFrom is where that part of the path begins,
-// -1 while no "*" has been expanded.
-void expandFrom(const QString& path, qsizetype linksFrom, const RunOptions& options)
+// Wine opens a link's target even when asked for the link itself, so the
+// held folder's listing is asked as well: it shows a link as one.
+bool isListedAsLink(HANDLE folder, const QString& name)
 {
-    if (!path.contains(QLatin1Char('*'))) {
-        if (linksFrom >= 0 && isReachedThroughLink(path, linksFrom)) {
-            platformPrintf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
-            return;
-        }
-        runFolder(path, options);
-        return;
-    }
-    const WildcardParts parts = splitAtFirstWildcard(path);
-    if (parts.base.isEmpty())
-        return;
-    if (linksFrom < 0)
-        linksFrom = parts.base.size();
-
     DirListingHandle listing = nullptr;
     listing::create(listing);
-    listing::addSuffixFilter(listing, parts.nameEnd);
-    listing::open(listing, parts.base + parts.nameStart + QLatin1Char('*'), true, false, false, false);
-    // A "*" matches neither files nor links.
+    listing::openHeld(listing, folder, QString());
+    bool link = false;
     while (listing::next(listing)) {
-        if (listing::isFolder(listing) && !listing::isLink(listing))
-            expandFrom(parts.base + listing::name(listing) + parts.rest, linksFrom, options);
+        if (listing::name(listing).compare(name, Qt::CaseInsensitive) == 0) {
+            link = listing::isLink(listing);
+            break;
+        }
+    }
+    listing::destroy(listing);
+    return link;
+}
+
+void expandIn(const FolderPin& base, const QString& basePath, const QString& nameStart, const QStringList& names,
+              qsizetype next, const RunOptions& options);
+
+// Below a "*" every folder is one that a user may have made, so none may lead
+// elsewhere. Each is opened by its name in the folder before it and held, with
+// all before it, until the runs below it have ended: none of them can be
+// renamed, removed or replaced by a link in between. Built paths are never
+// read again as patterns, so a "*" in a found name is a character.
+void follow(FolderPin reached, QString path, const QStringList& names, qsizetype next, const RunOptions& options)
+{
+    std::vector<FolderPin> above;
+    for (; next < names.size(); ++next) {
+        const QString& name = names.at(next);
+        if (name.contains(kStar)) {
+            expandIn(reached, path + kBackslash, name.left(name.indexOf(kStar)), names, next + 1, options);
+            return;
+        }
+        const QString concrete = concretePath(path, names, next);
+        path += kBackslash + name;
+        if (name.isEmpty() || name == QLatin1String("."))
+            continue;
+        FolderPin inner = pinFoundFolder(reached.handle, name, false);
+        if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle, name))) {
+            warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
+            return;
+        }
+        // What cannot be reached below a later "*" matches nothing.
+        if (concrete.isEmpty() && !inner.isHeld())
+            return;
+        if (inner.isMissing) {
+            platformPrintf("Warning: directory %s does not exist!\n", concrete.toLatin1().constData());
+            return;
+        }
+        if (!inner.isHeld()) {
+            runHeldFolder(concrete, std::move(inner), options);
+            return;
+        }
+        above.push_back(std::move(reached));
+        reached = std::move(inner);
+    }
+    runHeldFolder(path, std::move(reached), options);
+}
+
+// Only what stands before the "*" narrows the match; a "*" matches neither
+// files nor links.
+void expandIn(const FolderPin& base, const QString& basePath, const QString& nameStart, const QStringList& names,
+              qsizetype next, const RunOptions& options)
+{
+    DirListingHandle listing = nullptr;
+    listing::create(listing);
+    listing::openHeld(listing, base.handle, basePath);
+    while (listing::next(listing)) {
+        const QString name = listing::name(listing);
+        if (!listing::isFolder(listing) || listing::isLink(listing) || !name.startsWith(nameStart, Qt::CaseInsensitive))
+            continue;
+        // Gone, or a link, since the listing: no match either.
+        FolderPin match = pinFoundFolder(base.handle, name, false);
+        if (match.isHeld())
+            follow(std::move(match), basePath + name, names, next, options);
     }
     listing::destroy(listing);
 }
 
 }
 
-// The text between the "*" and the next backslash goes to the listing as a
-// suffix filter, which applies to files only: it does not narrow the folders
-// that match, and it is not put back into the built path. That is the tool's
-// long-standing behaviour, kept on purpose.
+// What the command line names before its first "*" is the admin's own choice,
+// links included, and is opened as named. The text between a "*" and the next
+// separator does not narrow the folders that match, and it is not put back
+// into the built path: that is the tool's long-standing behaviour, kept on
+// purpose.
 void expandWildcardFolders(QString path, const RunOptions& options)
 {
-    expandFrom(path, -1, options);
+    if (!path.contains(kStar)) {
+        runFolder(path, options);
+        return;
+    }
+    // A slash in a path with a "*" separates folders as a backslash does, so a
+    // mistyped separator never turns the rest of the path into a name filter.
+    path.replace(QLatin1Char('/'), kBackslash);
+    const WildcardParts parts = splitAtFirstWildcard(path);
+    if (parts.base.isEmpty())
+        return;
+    const FolderPin base = pinNamedFolder(parts.base, false);
+    if (!base.isHeld())
+        return;
+    // The rest begins with a backslash, so its first name is empty.
+    QStringList names = parts.rest.split(kBackslash);
+    names.removeFirst();
+    expandIn(base, parts.base, parts.nameStart, names, 0, options);
 }

@@ -21,6 +21,7 @@ struct FolderPin {
     FolderPin(const FolderPin&) = delete;
     FolderPin& operator=(const FolderPin&) = delete;
     FolderPin(FolderPin&& other) noexcept;
+    FolderPin& operator=(FolderPin&& other) noexcept;
     ~FolderPin();
 
     bool isHeld() const { return handle != INVALID_HANDLE_VALUE; }

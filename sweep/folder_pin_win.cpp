@@ -31,6 +31,18 @@ FolderPin::FolderPin(FolderPin&& other) noexcept
 {
 }
 
+FolderPin& FolderPin::operator=(FolderPin&& other) noexcept
+{
+    if (this != &other) {
+        release();
+        handle = std::exchange(other.handle, INVALID_HANDLE_VALUE);
+        isLink = other.isLink;
+        isMissing = other.isMissing;
+        error = other.error;
+    }
+    return *this;
+}
+
 FolderPin::~FolderPin()
 {
     release();
