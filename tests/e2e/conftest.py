@@ -75,9 +75,9 @@ class Result:
         self.err = completed.stderr.decode("latin-1")
 
 
-def run_exe(exe: str, *args, env=None) -> Result:
+def run_exe(exe: str, *args, env=None, cwd=None) -> Result:
     return Result(subprocess.run([str(WINE_RUN), exe, *args], stdin=subprocess.DEVNULL, capture_output=True,
-                                 env=env or wine_env(), timeout=300))
+                                 env=env or wine_env(), cwd=cwd, timeout=300))
 
 
 @pytest.fixture
