@@ -37,7 +37,7 @@ bool isListedAsLink(HANDLE folder, const QString& name)
 {
     DirListingHandle listing = nullptr;
     listing::create(listing);
-    listing::openHeld(listing, folder, QString());
+    listing::open(listing, folder, QString());
     bool link = false;
     while (listing::next(listing)) {
         if (listing::name(listing).compare(name, Qt::CaseInsensitive) == 0) {
@@ -99,7 +99,7 @@ void expandIn(const FolderPin& base, const QString& basePath, const QString& nam
 {
     DirListingHandle listing = nullptr;
     listing::create(listing);
-    listing::openHeld(listing, base.handle, basePath);
+    listing::open(listing, base.handle, basePath);
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
         if (!listing::isFolder(listing) || listing::isLink(listing) || !name.startsWith(nameStart, Qt::CaseInsensitive))

@@ -5,11 +5,6 @@ bool needsLongPathPrefix(int length)
     return length >= kLongPathThreshold;
 }
 
-bool searchNeedsLongPathPrefix(int length)
-{
-    return length > kLongPathThreshold;
-}
-
 QString withLongPathPrefix(const QString& path)
 {
     // \\server\share becomes \\?\UNC\server\share: one of the two leading
@@ -22,11 +17,6 @@ QString withLongPathPrefix(const QString& path)
 QString pathForFileCall(const QString& path)
 {
     return needsLongPathPrefix(int(path.size())) ? withLongPathPrefix(path) : path;
-}
-
-QString patternForSearchCall(const QString& pattern)
-{
-    return searchNeedsLongPathPrefix(int(pattern.size())) ? withLongPathPrefix(pattern) : pattern;
 }
 
 QString folderOfPath(QString path)

@@ -138,7 +138,7 @@ void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, Fo
         walk.out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
     DWORD error = frame.pin.error;
     if (frame.pin.isHeld())
-        error = listing::openHeld(frame.listing, frame.pin.handle, folder);
+        error = listing::open(frame.listing, frame.pin.handle, folder);
     frame.now = currentTime();
     printProgress(folder, walk.out.progressStamp, frame.now);
     if (error == ERROR_SUCCESS)

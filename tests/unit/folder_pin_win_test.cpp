@@ -14,11 +14,18 @@ TEST_F(FolderPinTest, FolderHeldByItsExactNameCannotBeRenamedAndIsRemovedItself)
     const QString moved = path(QStringLiteral("moved"));
     makeFolder(path(QStringLiteral("job")));
     ASSERT_TRUE(CreateDirectoryW(asWide(verbatim.utf16()), nullptr));
+    const HANDLE inner = CreateFileW(asWide((verbatim + QStringLiteral("\\x")).utf16()), GENERIC_WRITE, 0, nullptr,
+                                     CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(inner, INVALID_HANDLE_VALUE);
+    CloseHandle(inner);
     const FolderPin parent = pinNamedFolder(root, false);
     FolderPin pin = pinFoundFolder(parent.handle, QStringLiteral("JOB."), true);
     ASSERT_TRUE(pin.isHeld());
     EXPECT_FALSE(pin.isLink || pin.isMissing);
     EXPECT_FALSE(MoveFileW(asWide(verbatim.utf16()), asWide(moved.utf16())));
+    EXPECT_EQ(removePinnedFolder(pin), DWORD(ERROR_DIR_NOT_EMPTY));
+    ASSERT_TRUE(DeleteFileW(asWide((verbatim + QStringLiteral("\\x")).utf16())));
+    pin = pinFoundFolder(parent.handle, QStringLiteral("job."), true);
     EXPECT_EQ(removePinnedFolder(pin), DWORD(ERROR_SUCCESS));
     EXPECT_EQ(GetFileAttributesW(asWide(verbatim.utf16())), INVALID_FILE_ATTRIBUTES);
     EXPECT_TRUE(exists(QStringLiteral("job")));
