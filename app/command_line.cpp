@@ -78,12 +78,14 @@ bool readOptions(int argc, char* argv[], RunOptions& options)
             i += 2;
             continue;
         }
-        if (isOption(argument, "-v"))
+        if (isOption(argument, "-v")) {
             options.verbose = true;
-        else if (isOption(argument, "-dryrun"))
+        } else if (isOption(argument, "-dryrun")) {
             options.dryRun = true;
-        else
+        } else {
             options.directory = argument;
+            options.directoryIndex = i;
+        }
         ++i;
     }
     return true;

@@ -21,6 +21,8 @@ struct RunOptions {
     bool verbose = false;
     bool dryRun = false;
     QString directory;
+    // Where on the command line the directory stands; 0 when it is not given.
+    int directoryIndex = 0;
 };
 
 void printBanner();
@@ -29,3 +31,9 @@ void printUsage();
 // Reads -do, -v, -dryrun and the directory (the last plain argument wins). Returns false
 // after printing the conversion error when the value after -do is not a number.
 bool readOptions(int argc, char* argv[], RunOptions& options);
+
+// Argument index of the command line as Windows holds it, in UTF-16, so that
+// a folder named outside the 8-bit code page reaches the tool whole. Empty
+// when the line does not split into argc arguments as the run-time library
+// split it.
+QString wideArgument(int index, int argc);

@@ -18,6 +18,11 @@ int main(int argc, char* argv[])
     if (!readOptions(argc, argv, options))
         return kExitBadDaysOld;
 
+    if (options.directoryIndex > 0) {
+        const QString folder = wideArgument(options.directoryIndex, argc);
+        if (!folder.isEmpty())
+            options.directory = folder;
+    }
     progressStamp() = 0;
     // No line feed: the start line of the first folder begins with one, while a
     // missing folder's warning follows on the same line.

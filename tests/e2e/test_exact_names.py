@@ -60,6 +60,14 @@ def test_relative_folder_cleans_long_paths_and_reads_its_real_drive(tool, drive,
     assert [path for path in tree(work) if not path.endswith("/")] == [deep + "/new.txt"]
 
 
+def test_folder_named_outside_latin1_is_cleaned_and_printed_with_question_marks(tool, drive, work):
+    make_tree(work, {"\u041a\u044d\u0448/old.exr": (OLD, 1), "\u041a\u044d\u0448/new.exr": (YOUNG, 1)})
+    folder = drive.win(work / "\u041a\u044d\u0448")
+    result = tool("-do", "14", folder)
+    assert masked(result.out) == BANNER + report(folder.replace("\u041a\u044d\u0448", "???"), 14, 1, 0)
+    assert tree(work) == ["\u041a\u044d\u0448/", "\u041a\u044d\u0448/new.exr"]
+
+
 def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, work):
     temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
     files = {f"Temp/b_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
