@@ -58,24 +58,13 @@ void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
     markKept(verdict);
 }
 
-// The listing's age decides which files are opened at all; the file's own
+// The listing's age decided that the file is opened at all; the file's own
 // time, read through the handle that deletes it, decides whether it goes, so a
 // file written since the listing stays. A dry run opens nothing.
-void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
+void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
 {
     const SweepOutputs& out = walk.out;
     const QString name = listing::name(listing);
-    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
-        if (walk.fullLog())
-            out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix + QLatin1String("'\n"));
-        markKept(verdict);
-        return;
-    }
-    if (!isOldEnough(listing::time(listing), walk.settings.ageLimitSeconds, now)) {
-        logTooYoung(name, walk, verdict);
-        return;
-    }
-
     FileToDelete file;
     const bool opened = !walk.settings.dryRun && openFileToDelete(folder, name, file);
     if (opened && !isOldEnough(file.time, walk.settings.ageLimitSeconds, currentTime())) {
@@ -100,6 +89,23 @@ void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Wa
         out.errors->append(listing::fullPath(listing) + QLatin1Char(':') + deletionFailureText(error) + QLatin1Char('\n'));
     verdict.failed = true;
     verdict.nothingLeft = false;
+}
+
+void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
+{
+    const QString name = listing::name(listing);
+    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
+        if (walk.fullLog())
+            walk.out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix
+                                 + QLatin1String("'\n"));
+        markKept(verdict);
+        return;
+    }
+    if (!isOldEnough(listing::time(listing), walk.settings.ageLimitSeconds, now)) {
+        logTooYoung(name, walk, verdict);
+        return;
+    }
+    deleteListedFile(listing, folder, walk, verdict);
 }
 
 // One folder under way. The walk keeps these on the heap, one per level of the
