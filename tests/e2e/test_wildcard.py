@@ -1,6 +1,9 @@
 """Folder components with "*" run one report per matching folder, depth-first."""
 
+import os
 import re
+
+import pytest
 
 from conftest import DAY, make_tree, tree
 from test_command_line import BANNER
@@ -21,7 +24,8 @@ def test_users_starting_with_m_each_get_their_own_report(tool, drive, work):
         "Users/bob/AppData/Local/Temp/d.tmp": (OLD, 1),
     })
     users = drive.win(work / "Users")
-    temp = "\\AppData\\Local\\Temp"
+    # Folder names are matched ignoring case, as Windows matches them.
+    temp = "\\appdata\\LOCAL\\temp"
     result = tool("-do", "14", users + "\\m*" + temp)
     assert result.out.startswith(BANNER + f"Searching for folders matching '{users}\\m*{temp}'.\n")
     assert result.out.count("Searching for folders matching") == 1
@@ -83,3 +87,21 @@ def test_lone_star_or_no_match_prints_only_the_search_line(tool, drive, work):
         result = tool("-do", "14", pattern)
         assert result.out == BANNER + f"Searching for folders matching '{pattern}'."
         assert result.code == 0
+
+
+@pytest.mark.parametrize("separators", ["\\*/AppData/Local/Temp", "\\*\\AppData/Local/Temp", "/*/AppData\\Local/Temp"])
+def test_slashes_in_a_wildcard_path_separate_folders(tool, drive, work, separators):
+    make_tree(work, {
+        "Users/alice/AppData/Local/Temp/old.tmp": (OLD, 1), "Users/alice/Documents/thesis.doc": (OLD, 1),
+        "Users/bob/AppData/": None, "shared/Temp/canary.tmp": (OLD, 1),
+    })
+    os.symlink(work / "shared", work / "Users" / "bob" / "AppData" / "Local", target_is_directory=True)
+    users = drive.win(work / "Users")
+    result = tool("-do", "14", users + separators)
+    assert reported_folders(result.out) == [(users + "\\alice\\AppData\\Local\\Temp", "")]
+    assert result.out.startswith(BANNER + f"Searching for folders matching '{users}{separators}'.\n")
+    assert result.out.endswith(f"Warning: directory {users}\\bob\\AppData\\Local\\Temp is reached through a link, "
+                               "skipped!\n")
+    assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/", "Documents/",
+                                              "Documents/thesis.doc"]
+    assert tree(work / "shared") == ["Temp/", "Temp/canary.tmp"]
