@@ -12,6 +12,7 @@ constexpr int kMinimumArgc = 4;
 constexpr int kExitOk = 0;
 constexpr int kExitUsage = -1;
 constexpr int kExitRootNotFound = 1;
+constexpr int kExitBadOption = 2;
 constexpr int kExitBadDaysOld = 3;
 
 constexpr std::int32_t kDefaultDaysOld = 14;
@@ -26,6 +27,7 @@ struct RunOptions {
 void printBanner();
 void printUsage();
 
-// Reads -do, -v, -dryrun and the directory (the last plain argument wins). Returns false
-// after printing the conversion error when the value after -do is not a number.
-bool readOptions(int argc, char* argv[], RunOptions& options);
+// Reads the options from left to right: -do, -v, -dryrun, the values of
+// the root flags, and one directory. Returns kExitOk, or at the first bad
+// argument the exit code after its error line has been printed.
+int readOptions(int argc, char* argv[], RunOptions& options);

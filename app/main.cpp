@@ -15,8 +15,9 @@ int main(int argc, char* argv[])
         return kExitRootNotFound;
 
     RunOptions options;
-    if (!readOptions(argc, argv, options))
-        return kExitBadDaysOld;
+    const int optionsExit = readOptions(argc, argv, options);
+    if (optionsExit != kExitOk)
+        return optionsExit;
 
     progressStamp() = 0;
     // No line feed: the start line of the first folder begins with one, while a
