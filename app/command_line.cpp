@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include "install/root_rules.h"
+#include "sweep/keep_pattern.h"
 #include "text/platform_printf.h"
 
 namespace {
@@ -20,6 +21,7 @@ const char* const kUsageLines[] = {
     "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n",
     "  -v: Enable verbose messages.\n",
     "  -dryrun: List what would be deleted, and delete nothing.\n",
+    "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -43,11 +45,11 @@ bool isOption(const QString& argument, const char* option)
 
 bool takesValue(const QString& argument)
 {
-    return isRootFlag(argument) || isOption(argument, "-do");
+    return isRootFlag(argument) || isOption(argument, "-do") || isOption(argument, "-keep");
 }
 
-// The value after -do is taken whatever it looks like, so "-do -v" fails to
-// convert. A root flag's value is root discovery's alone.
+// The value after -do or -keep is taken whatever it looks like, so "-do -v"
+// fails to convert. A root flag's value is root discovery's alone.
 int readValue(const QString& option, const QString& value, RunOptions& options)
 {
     if (isOption(option, "-do")) {
@@ -57,6 +59,14 @@ int readValue(const QString& option, const QString& value, RunOptions& options)
             return kExitOk;
         platformPrintf("Error: Unable to convert %s into a number!\n", value.toLatin1().constData());
         return kExitBadDaysOld;
+    }
+    if (isOption(option, "-keep")) {
+        if (!isKeepPattern(value)) {
+            platformPrintf("Error: -keep needs a name pattern without a folder separator, not '%s'!\n",
+                           value.toLatin1().constData());
+            return kExitBadOption;
+        }
+        options.keepPatterns.append(value);
     }
     return kExitOk;
 }

@@ -2,6 +2,7 @@
 // The banner, the usage text and the option loop of the entry point.
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -22,12 +23,14 @@ struct RunOptions {
     bool verbose = false;
     bool dryRun = false;
     QString directory;
+    // Names below the directory that are never deleted, in command-line order.
+    QStringList keepPatterns;
 };
 
 void printBanner();
 void printUsage();
 
-// Reads the options from left to right: -do, -v, -dryrun, the values of
-// the root flags, and one directory. Returns kExitOk, or at the first bad
+// Reads the options from left to right: -do, -keep, -v, -dryrun, the values
+// of the root flags, and one directory. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(int argc, char* argv[], RunOptions& options);

@@ -36,6 +36,7 @@ bool runFolder(const QString& folder, const RunOptions& options)
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
     settings.dryRun = dryRun;
+    settings.keepPatterns = options.keepPatterns;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
     sweepFolder(folder, settings,
