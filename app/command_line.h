@@ -2,6 +2,7 @@
 // The banner, the usage text and the option loop of the entry point.
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -12,6 +13,7 @@ constexpr int kMinimumArgc = 4;
 constexpr int kExitOk = 0;
 constexpr int kExitUsage = -1;
 constexpr int kExitRootNotFound = 1;
+constexpr int kExitBadOption = 2;
 constexpr int kExitBadDaysOld = 3;
 
 constexpr std::int32_t kDefaultDaysOld = 14;
@@ -23,14 +25,17 @@ struct RunOptions {
     QString directory;
     // Where on the command line the directory stands; 0 when it is not given.
     int directoryIndex = 0;
+    // Names below the directory that are never deleted, in command-line order.
+    QStringList keepPatterns;
 };
 
 void printBanner();
 void printUsage();
 
-// Reads -do, -v, -dryrun and the directory (the last plain argument wins). Returns false
-// after printing the conversion error when the value after -do is not a number.
-bool readOptions(int argc, char* argv[], RunOptions& options);
+// Reads the options from left to right: -do, -keep, -v, -dryrun, the values
+// of the root flags, and one directory. Returns kExitOk, or at the first bad
+// argument the exit code after its error line has been printed.
+int readOptions(int argc, char* argv[], RunOptions& options);
 
 // Argument index of the command line as Windows holds it, in UTF-16, so that
 // a folder named outside the 8-bit code page reaches the tool whole. Empty

@@ -33,6 +33,7 @@ void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& opti
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
     settings.dryRun = dryRun;
+    settings.keepPatterns = options.keepPatterns;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
     sweepHeldFolder(folder, std::move(pin), settings,

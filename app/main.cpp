@@ -15,8 +15,9 @@ int main(int argc, char* argv[])
         return kExitRootNotFound;
 
     RunOptions options;
-    if (!readOptions(argc, argv, options))
-        return kExitBadDaysOld;
+    const int optionsExit = readOptions(argc, argv, options);
+    if (optionsExit != kExitOk)
+        return optionsExit;
 
     if (options.directoryIndex > 0) {
         const QString folder = wideArgument(options.directoryIndex, argc);

@@ -124,7 +124,7 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     // The status folder; the flag itself is tested undecoded.
     FixedWideString250& status = paths.entries[kStatusEntry];
     status.clear();
-    for (const QString& value : flagValues(argc, argv, QStringLiteral("-loadstatus"), false))
+    for (const QString& value : loadStatusFlagValues(argc, argv))
         status = statusFolderEntry(value, root);
 
     buildInstallLayout(paths, argc, argv, cfgGlobalFromExeRoot, renderAppsFromExeRoot, renderAppsOverride,

@@ -7,6 +7,18 @@ const QString kRootSeparator = QStringLiteral("\\");
 
 namespace {
 
+constexpr char kKxRootFlag[] = "-kxRoot";
+constexpr char kLoadStatusFlag[] = "-loadstatus";
+constexpr bool kDecodeKxRootFlag = true;
+constexpr bool kDecodeLoadStatusFlag = false;
+
+bool isFlag(QString argument, const QString& flag, bool decodeArgument)
+{
+    if (decodeArgument)
+        argument = decodeEntities(argument);
+    return argument.startsWith(flag, Qt::CaseInsensitive);
+}
+
 bool endsWithSeparator(const QString& text)
 {
     return text.endsWith(QLatin1Char('\\')) || text.endsWith(QLatin1Char('/'));
@@ -25,11 +37,8 @@ void appendBackslashIfRoom(FixedWideString250& folder)
 QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeArgument)
 {
     QStringList values;
-    for (int i = 1; i < argc; ++i) {
-        QString argument = QString::fromLatin1(argv[i]);
-        if (decodeArgument)
-            argument = decodeEntities(argument);
-        if (argument.startsWith(flag, Qt::CaseInsensitive) && i + 1 < argc)
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (isFlag(QString::fromLatin1(argv[i]), flag, decodeArgument))
             values.append(decodeEntities(QString::fromLatin1(argv[i + 1])));
     }
     return values;
@@ -37,12 +46,23 @@ QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeA
 
 QStringList kxRootFlagValues(int argc, char* argv[])
 {
-    QStringList values = flagValues(argc, argv, QStringLiteral("-kxRoot"), true);
+    QStringList values = flagValues(argc, argv, QLatin1String(kKxRootFlag), kDecodeKxRootFlag);
     for (QString& value : values) {
         if (!endsWithSeparator(value))
             value += kRootSeparator;
     }
     return values;
+}
+
+QStringList loadStatusFlagValues(int argc, char* argv[])
+{
+    return flagValues(argc, argv, QLatin1String(kLoadStatusFlag), kDecodeLoadStatusFlag);
+}
+
+bool isRootFlag(const QString& argument)
+{
+    return isFlag(argument, QLatin1String(kKxRootFlag), kDecodeKxRootFlag)
+        || isFlag(argument, QLatin1String(kLoadStatusFlag), kDecodeLoadStatusFlag);
 }
 
 QString environmentCandidate(QString value)

@@ -33,6 +33,13 @@ QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeA
 // or "/" (an empty value becomes a lone backslash).
 QStringList kxRootFlagValues(int argc, char* argv[]);
 
+// The -loadstatus values, as they stand; the flag itself is tested undecoded.
+QStringList loadStatusFlagValues(int argc, char* argv[]);
+
+// True when root discovery reads the argument after this one as a -kxRoot or
+// -loadstatus value.
+bool isRootFlag(const QString& argument);
+
 // An environment variable's value as a candidate: every carriage return
 // removed, and a backslash appended when it is not empty and ends with neither
 // separator.

@@ -24,6 +24,10 @@ struct SweepSettings {
     // Files and folders whose names end so are kept (files) or skipped
     // (folders, whose parent then fails to go).
     const QStringList* ignoreSuffixes = nullptr;
+    // Files and folders whose names match one of these, in this order, are
+    // kept before anything else about them is tested; a kept folder is not
+    // entered, and its parent stays without an error.
+    QStringList keepPatterns;
     // The log holds only the deleted names.
     bool namesOnly = false;
     // Deletes and removes nothing, and reports as if every deletion and

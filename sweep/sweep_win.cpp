@@ -5,6 +5,7 @@
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_pin.h"
+#include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
 #include "text/platform_printf.h"
 
@@ -33,6 +34,23 @@ void markKept(FolderVerdict& verdict)
 {
     verdict.kept = true;
     verdict.nothingLeft = false;
+}
+
+// A name that -keep asks for is kept whatever else is true of the entry, its
+// age and link status included. It counts as something left, so its parent
+// stays, with no error.
+bool keepByName(const QString& name, bool isFolder, const Walk& walk, FolderVerdict& verdict)
+{
+    const QString* pattern = matchingKeepPattern(walk.settings.keepPatterns, name);
+    if (pattern == nullptr)
+        return false;
+    if (walk.fullLog()) {
+        const QString shown = isFolder ? QLatin1Char('[') + name + QLatin1Char(']') : name;
+        walk.out.log->append(QLatin1String("     -keep ") + shown + QLatin1String("   '") + *pattern
+                             + QLatin1String("'\n"));
+    }
+    markKept(verdict);
+    return true;
 }
 
 void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp now)
@@ -94,6 +112,8 @@ void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk
 void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
 {
     const QString name = listing::name(listing);
+    if (keepByName(name, false, walk, verdict))
+        return;
     if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
         if (walk.fullLog())
             walk.out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix
@@ -168,6 +188,8 @@ void keepLink(const QString& name, const Walk& walk, FolderVerdict& verdict)
 void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 {
     const QString name = listing::name(parent.listing);
+    if (keepByName(name, true, walk, parent.verdict))
+        return;
     // Unlike an ignored file, an ignored folder leaves the kept flag alone: the
     // parent still tries to remove itself, fails on the folder inside and
     // reports that.
