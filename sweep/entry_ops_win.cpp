@@ -127,12 +127,17 @@ FileToDelete::~FileToDelete()
 
 // Opened as the platform's own deletion opens a file: for deletion, sharing
 // everything, so a file that another program holds without sharing deletion
-// fails here with the same sharing violation.
+// fails here with the same sharing violation. The attributes may only be
+// needed for a read-only file, so a file whose attributes may not be changed
+// is still opened and deleted where deletion alone is allowed.
 bool openFileToDelete(HANDLE folder, const QString& name, FileToDelete& file)
 {
-    file.handle = openInFolder(folder, name, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, FILE_NON_DIRECTORY_FILE,
-                               file.error);
+    constexpr ULONG kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    file.handle = openInFolder(folder, name, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, kSharing,
+                               FILE_NON_DIRECTORY_FILE, file.error);
+    if (file.error == ERROR_ACCESS_DENIED)
+        file.handle = openInFolder(folder, name, DELETE | FILE_READ_ATTRIBUTES, kSharing, FILE_NON_DIRECTORY_FILE,
+                                   file.error);
     if (file.handle == INVALID_HANDLE_VALUE)
         return false;
     FILE_BASIC_INFO info = {};
