@@ -1,12 +1,13 @@
 #include "app/command_line.h"
 
+#include "app/version.h"
 #include "text/platform_printf.h"
 
 namespace {
 
 const char* const kBannerRule = ".----------------------------------------------------------------\n";
 const char* const kToolName = ". kxDeleteOldFiles ";
-const char* const kVersion = " 8.4.02";
+const char* const kVersion = " " KX_VERSION;
 const char* const kMakerNotice = "Part of the KX render farm suite. Removes old files and emptied folders.";
 
 const char* const kUsageLines[] = {
