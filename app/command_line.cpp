@@ -1,5 +1,6 @@
 #include "app/command_line.h"
 
+#include "app/version.h"
 #include "install/root_rules.h"
 #include "sweep/keep_pattern.h"
 #include "text/platform_printf.h"
@@ -8,7 +9,7 @@ namespace {
 
 const char* const kBannerRule = ".----------------------------------------------------------------\n";
 const char* const kToolName = ". kxDeleteOldFiles ";
-const char* const kVersion = " 8.4.02";
+const char* const kVersion = " " KX_VERSION;
 const char* const kMakerNotice = "Part of the KX render farm suite. Removes old files and emptied folders.";
 
 const char* const kUsageLines[] = {

@@ -1,0 +1,74 @@
+"""The release zip of scripts/release: what it holds, its checksum, the version
+resource of its exe, and the tool run from an installation unpacked from it
+the way the README's scheduled task runs it."""
+
+import hashlib
+import re
+import subprocess
+import zipfile
+from pathlib import Path
+
+import pytest
+
+from conftest import BUILD, TEST_TOOLS, TOP, make_tree, run_exe, tree, wine_env
+from test_command_line import BANNER
+from test_sweep import OLD, YOUNG, masked, report
+
+VERSION = re.search(r"^\. kxDeleteOldFiles  (\S+)$", BANNER, re.MULTILINE).group(1)
+BIN = ["Qt6Core.dll", "kxDeleteOldFiles.exe", "libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"]
+
+
+@pytest.fixture(scope="module")
+def release():
+    subprocess.run([str(TOP / "scripts" / "release")], stdin=subprocess.DEVNULL, capture_output=True,
+                   env=wine_env(), timeout=600, check=True)
+    return BUILD / "release"
+
+
+@pytest.fixture(scope="module")
+def node(release, drive):
+    """An installation root with the zip unpacked into it, as on a render node."""
+    root = drive.root / "node"
+    with zipfile.ZipFile(release / f"kxDeleteOldFiles-{VERSION}-win64.zip") as archive:
+        archive.extractall(root)
+    (root / "sub" / "cfg_global").mkdir(parents=True)
+    (root / "logs").mkdir()
+    return root
+
+
+def test_zip_named_after_the_banner_version_holds_the_exe_its_dlls_and_their_licences(release):
+    name = f"kxDeleteOldFiles-{VERSION}-win64.zip"
+    digest = hashlib.sha256((release / name).read_bytes()).hexdigest()
+    assert (release / "SHA256SUMS").read_text() == f"{digest}  {name}\n"
+    with zipfile.ZipFile(release / name) as archive:
+        assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt"] + [f"bin/win64/{f}" for f in BIN]
+        notices = archive.read("THIRD-PARTY-NOTICES.txt").decode("utf-8").replace("\r\n", "\n")
+    for dll in (f for f in BIN if f.endswith(".dll")):
+        assert dll in notices
+    for licence in ("LGPL-3", "GPL-3"):
+        assert Path("/usr/share/common-licenses", licence).read_text() in notices
+
+
+def test_exe_version_resource_shows_the_banner_version(node, drive):
+    result = run_exe(str(TEST_TOOLS / "kxVersionInfo.exe"), drive.win(node / "bin" / "win64" / "kxDeleteOldFiles.exe"))
+    numbers = ".".join(str(int(part)) for part in VERSION.split(".")) + ".0"
+    assert dict(line.split("=", 1) for line in result.out.splitlines()) == {
+        "FileVersionNumber": numbers, "ProductVersionNumber": numbers,
+        "FileVersion": VERSION, "ProductVersion": VERSION, "ProductName": "kxDeleteOldFiles",
+        "FileDescription": "KX render farm suite: deletes old files and emptied folders",
+    }
+
+
+def test_scheduled_command_appends_each_report_to_the_node_log(node, drive, work):
+    # The task's command as schtasks stores it from the README's /TR, with
+    # \" read as ": cmd /c "<exe> <options> >><log> 2>&1".
+    make_tree(work, {"old.tmp": (OLD, 2048), "young.tmp": (YOUNG, 10)})
+    folder = drive.win(work)
+    exe = drive.win(node / "bin" / "win64" / "kxDeleteOldFiles.exe")
+    log = node / "logs" / "NODE01.log"
+    codes = [run_exe("cmd", "/c", f"{exe} {options} {folder} >>{drive.win(log)} 2>&1").code
+             for options in ("-do 14", "-do abc")]
+    assert codes == [0, 3]
+    assert masked(log.read_bytes().decode("latin-1").replace("\r\n", "\n")) == (
+        BANNER + report(folder, 14, 1, 2) + BANNER + "Error: Unable to convert abc into a number!\n")
+    assert tree(work) == ["young.tmp"]
