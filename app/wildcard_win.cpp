@@ -52,6 +52,16 @@ bool isListedAsLink(HANDLE folder, const QString& name)
 void expandIn(const FolderPin& base, const QString& basePath, const QString& nameStart, const QStringList& names,
               qsizetype next, const RunOptions& options);
 
+// A folder on the way that is there but cannot be held, for example one that
+// another program holds open without sharing, is reported by the run it was on
+// the way to, since nothing below it was examined; below a later "*" it
+// matches nothing.
+void reportUnreachable(FolderPin pin, const QString& concrete, const RunOptions& options)
+{
+    if (!concrete.isEmpty())
+        runHeldFolder(concrete, std::move(pin), options);
+}
+
 // Below a "*" every folder is one that a user may have made, so none may lead
 // elsewhere. Each is opened by its name in the folder before it and held, with
 // all before it, until the runs below it have ended: none of them can be
@@ -59,6 +69,10 @@ void expandIn(const FolderPin& base, const QString& basePath, const QString& nam
 // read again as patterns, so a "*" in a found name is a character.
 void follow(FolderPin reached, QString path, const QStringList& names, qsizetype next, const RunOptions& options)
 {
+    if (!reached.isHeld()) {
+        reportUnreachable(std::move(reached), concretePath(path, names, next), options);
+        return;
+    }
     std::vector<FolderPin> above;
     for (; next < names.size(); ++next) {
         const QString& name = names.at(next);
@@ -75,15 +89,14 @@ void follow(FolderPin reached, QString path, const QStringList& names, qsizetype
             warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
             return;
         }
-        // What cannot be reached below a later "*" matches nothing.
-        if (concrete.isEmpty() && !inner.isHeld())
-            return;
+        // What is missing below a later "*" matches nothing.
         if (inner.isMissing) {
-            platformPrintf("Warning: directory %s does not exist!\n", concrete.toLatin1().constData());
+            if (!concrete.isEmpty())
+                platformPrintf("Warning: directory %s does not exist!\n", concrete.toLatin1().constData());
             return;
         }
         if (!inner.isHeld()) {
-            runHeldFolder(concrete, std::move(inner), options);
+            reportUnreachable(std::move(inner), concrete, options);
             return;
         }
         above.push_back(std::move(reached));
@@ -106,7 +119,7 @@ void expandIn(const FolderPin& base, const QString& basePath, const QString& nam
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderPin match = pinFoundFolder(base.handle, name, false);
-        if (match.isHeld())
+        if (!match.isMissing && !match.isLink)
             follow(std::move(match), basePath + name, names, next, options);
     }
     listing::destroy(listing);

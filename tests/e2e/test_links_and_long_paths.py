@@ -63,19 +63,6 @@ def test_links_the_command_line_names_are_followed(tool, drive, work):
     assert tree(work / "target") == ["direct/", "jobs/", "jobs/j1/", "jobs/j1/new.tmp"]
 
 
-def test_path_past_500_units_acts_on_its_own_file(tool, drive, work):
-    folder = work / "/".join("long_path_component_%02d" % i for i in range(14))
-    win_folder = drive.win(folder)
-    old_name = "o" * 220
-    # The young file's full path is the first 500 units of the old file's.
-    young_name = old_name[:500 - len(win_folder) - 1]
-    assert 0 < len(young_name) < len(old_name) and len(win_folder) + 1 + len(old_name) > 500
-    make_tree(folder, {old_name: (OLD, 1), young_name: (YOUNG, 1)})
-    result = tool("-do", "14", drive.win(work))
-    assert "  1 files deleted (0 Kib). \n" in result.out and "Errors:" not in result.out
-    assert os.listdir(folder) == [young_name]
-
-
 def test_deep_tree_with_paths_of_thousands_of_units(tool, drive, work):
     levels = 330
     kept = "/".join("level_%04d" % i for i in range(levels))

@@ -13,14 +13,14 @@ from test_sweep import masked, report
 OLD = 30 * DAY
 
 
-def reported_with_error(folder, count, error):
+def reported_with_error(folder, count, error, head=""):
     """A pattern of the whole output of a run whose only error line matches error."""
-    return re.escape(BANNER + report(folder, 14, count, 0, errors="@")).replace("@", error)
+    return re.escape(BANNER + head + report(folder, 14, count, 0, errors="@")).replace("@", error)
 
 
-def test_file_rewritten_during_the_sweep_stays(tool, suite, drive, work):
+def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(tool, suite, drive, work):
     files = {f"a_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
-    files.update({"a_big/0000_first.tmp": (OLD, 1), "b_rewritten.txt": (OLD, 1)})
+    files.update({"a_big/0000_first.tmp": (OLD, 1), "b_rewritten.txt": (OLD, 1), "c_vanished.txt": (OLD, 1)})
     make_tree(work, files)
     folder = drive.win(work)
     exe = drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
@@ -30,9 +30,11 @@ def test_file_rewritten_during_the_sweep_stays(tool, suite, drive, work):
     while (work / "a_big" / "0000_first.tmp").exists():
         pass
     (work / "b_rewritten.txt").write_text("new")
+    (work / "c_vanished.txt").unlink()
     out = run.communicate(timeout=300)[0].decode("latin-1").replace("\r\n", "\n")
     assert "\n     -ignT b_rewritten.txt\n" in out
-    assert "  2001 files deleted (0 Kib). \n" in out and "Errors:" not in out
+    # A file gone since the listing counts as deleted, with no error.
+    assert "  2002 files deleted (0 Kib). \n" in out and "Errors:" not in out
     assert tree(work) == ["b_rewritten.txt"]
 
 
@@ -52,13 +54,21 @@ def test_hard_links_to_read_only_files_outside_keep_their_mode(tool, drive, work
 
 
 def test_held_folders_are_reported_and_kept(tool, drive, work):
-    make_tree(work, {"named/a.tmp": (OLD, 1), "tree/clean/b.tmp": (OLD, 1), "tree/held/c.tmp": (OLD, 1)})
-    named, clean, held = (drive.win(work / path) for path in ("named", "tree/clean", "tree/held"))
+    make_tree(work, {"named/a.tmp": (OLD, 1), "tree/clean/b.tmp": (OLD, 1), "tree/held/c.tmp": (OLD, 1),
+                     "users/bob/Temp/d.tmp": (OLD, 1)})
+    named, held, bob = (drive.win(work / path) for path in ("named", "tree/held", "users/bob"))
     tree_folder = drive.win(work / "tree")
-    with held_open(named, held):
+    with held_open(named, held, bob):
         first = tool("-do", "14", named)
         second = tool("-do", "14", tree_folder)
+        # A wildcard match that cannot be held is reported by the run it leads to.
+        pattern = drive.win(work / "users") + "\\*\\Temp"
+        third = tool("-do", "14", pattern)
     error = r"Error reading folder {}:Error 32: [^\n]+\.\n"
     assert re.fullmatch(reported_with_error(named, 0, error.format(re.escape(named))), masked(first.out)), first.out
     assert re.fullmatch(reported_with_error(tree_folder, 1, error.format(re.escape(held))), masked(second.out))
-    assert tree(work) == ["named/", "named/a.tmp", "tree/", "tree/held/", "tree/held/c.tmp"]
+    search = f"Searching for folders matching '{pattern}'."
+    assert re.fullmatch(reported_with_error(bob + "\\Temp", 0, error.format(re.escape(bob + "\\Temp")), search),
+                        masked(third.out)), third.out
+    assert tree(work) == ["named/", "named/a.tmp", "tree/", "tree/held/", "tree/held/c.tmp", "users/", "users/bob/",
+                          "users/bob/Temp/", "users/bob/Temp/d.tmp"]

@@ -103,8 +103,9 @@ def test_missing_folder_or_a_file_gives_only_the_warning(tool, drive, work):
 def test_options_ignore_case_and_take_negative_days(tool, drive, work):
     make_tree(work, {"new.txt": (YOUNG, 1)})
     folder = drive.win(work)
-    result = tool("-DO", "-5", "-V", folder)
-    assert f"'{folder}', File have to be older than -5 days.\n" in result.out
+    # Base 10 always: a leading zero is no octal prefix.
+    result = tool("-DO", "-010", "-V", folder)
+    assert f"'{folder}', File have to be older than -10 days.\n" in result.out
     assert "\n     -del new.txt\n" in result.out
     assert tree(work) == []
 

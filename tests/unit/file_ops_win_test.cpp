@@ -1,3 +1,4 @@
+#include "app/folder_run.h"
 #include "temp_folder_win.h"
 
 namespace {
@@ -12,6 +13,8 @@ TEST_F(FileOps, FoldersAndFilesAreToldApart)
     EXPECT_FALSE(fileExists(root) || folderExists(file) || folderExists(path(QStringLiteral("missing"))));
     // Win32 reads "C:" as the current folder of drive C.
     EXPECT_FALSE(folderExists(QStringLiteral("C:")));
+    // A drive whose free space cannot be read shows the stand-in.
+    EXPECT_EQ(freeDriveSpaceMiB(QStringLiteral("\\\\no_such_server\\share\\x")), 1000u);
 }
 
 // A long relative path is made absolute before it gets the prefix, which a

@@ -75,7 +75,9 @@ TEST_F(RootDiscovery, SourcesRelinkFileAndVersionFolderSettleTheRoot)
         // "\_internal_" is rewritten even in an accepted root, here leaving none; elsewhere or in capitals it stays.
         {{"x", "-kxRoot", at("a/_internal_x/")}, "", "", "", "", "", "",
          ": VALID!]\n[appPath: " + at("a/_x/") + ": invalid]\n[KX_ROOT: : invalid]"},
-        {{"x", "-kxRoot", inner}, "", "", "", inner, inner, "", flag(inner)},
+        // The last -kxRoot value is the one tested; the log shows every value.
+        {{"x", "-kxRoot", at("missing/"), "-kxRoot", inner}, "", "", "", inner, inner, "",
+         "missing\\" + inner + ": VALID!]\n[appPath: " + inner + "]"},
         // KX_ROOT, the last source, keeps its slashes and loses its carriage return.
         {{"x"}, slashed + "\r", "", "", slashed + "\\", slashed + "\\", "", "\n[KX_ROOT: " + slashed + "\\]"},
         {{"x", "-kxRoot", kx9, "-loadstatus", "..\\status\""}, "", "", "", suite, kx9, at("status/"), flag(kx9)},
