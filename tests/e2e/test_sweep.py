@@ -74,14 +74,6 @@ def test_locked_file_reports_its_error_and_siblings_still_go(tool, drive, work):
                         masked(result.out)), result.out
 
 
-def test_verbose_log_lists_every_decision(tool, drive, work):
-    make_tree(work, {"a.txt": (OLD, 1), "b.txt": (YOUNG, 1), "c/d.txt": (OLD, 1)})
-    folder = drive.win(work)
-    log = (f"   [{folder}]: \n     -del a.txt\n     -ignT b.txt\n     -dir [c]\n"
-           f"   [{folder}\\c]: \n     -del d.txt\n")
-    assert masked(tool("-v", folder, "-do", "14").out) == BANNER + report(folder, 14, 2, 0, log=log)
-
-
 # The limit is whole days in 64 bits: no value wraps round to delete a new file.
 @pytest.mark.parametrize("days, left", [
     ("24856", ["new.txt"]), ("30000", ["new.txt"]), ("1491309", ["new.txt", "y1901.txt"])])
