@@ -32,8 +32,10 @@ void appendBackslashIfRoom(FixedWideString250& folder)
     }
 }
 
-}
-
+// The entity-decoded value after every argument that begins with flag (ignoring
+// case), in command-line order; the last one wins for callers that want one.
+// The value is not skipped, so "-kxRoot -kxRoot x" matches twice. The argument
+// itself is decoded before the test only when decodeArgument is set.
 QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeArgument)
 {
     QStringList values;
@@ -42,6 +44,8 @@ QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeA
             values.append(decodeEntities(QString::fromLatin1(argv[i + 1])));
     }
     return values;
+}
+
 }
 
 QStringList kxRootFlagValues(int argc, char* argv[])

@@ -23,12 +23,6 @@ constexpr char kLogFlagAccepted[] = ": VALID!]";
 constexpr char kLogAccepted[] = "]";
 constexpr char kLogRejected[] = ": invalid]";
 
-// The entity-decoded value after every argument that begins with flag (ignoring
-// case), in command-line order; the last one wins for callers that want one.
-// The value is not skipped, so "-kxRoot -kxRoot x" matches twice. The argument
-// itself is decoded before the test only when decodeArgument is set.
-QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeArgument);
-
 // The -kxRoot values, each with a backslash appended unless it ends with "\"
 // or "/" (an empty value becomes a lone backslash).
 QStringList kxRootFlagValues(int argc, char* argv[]);
