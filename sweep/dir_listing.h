@@ -20,7 +20,6 @@ using DirListingHandle = DirListing*;
 
 struct DirListing {
     bool isOpen = false;
-    QString folder;
     QString prefix;
     std::int32_t index = -1;
     QStringList names;
@@ -28,7 +27,6 @@ struct DirListing {
     QList<std::int64_t> sizes;
     QList<bool> folderFlags;
     QList<bool> linkFlags;
-    DirListingHandle* owner = nullptr;
 };
 
 // A link to another folder: a reparse point whose tag names another place
@@ -56,7 +54,6 @@ QString fullPath(DirListingHandle& handle);
 TimeStamp time(DirListingHandle& handle);
 std::int64_t size(DirListingHandle& handle);
 
-void close(DirListingHandle& handle);
 void destroy(DirListingHandle& handle);
 
 }

@@ -116,7 +116,6 @@ bool atEntry(const DirListing& listing)
 void create(DirListingHandle& handle)
 {
     handle = new DirListing;
-    handle->owner = &handle;
 }
 
 DWORD open(DirListingHandle& handle, HANDLE folder, const QString& folderPath)
@@ -124,7 +123,6 @@ DWORD open(DirListingHandle& handle, HANDLE folder, const QString& folderPath)
     if (handle == nullptr)
         return ERROR_INVALID_HANDLE;
     DirListing& listing = *handle;
-    listing.folder = folderPath;
     listing.prefix = folderPrefix(folderPath);
     clearLists(listing);
     const DWORD error = readAll(listing, folder);
@@ -180,12 +178,6 @@ std::int64_t size(DirListingHandle& handle)
     if (handle == nullptr || !atEntry(*handle))
         return 0;
     return handle->sizes.at(handle->index);
-}
-
-void close(DirListingHandle& handle)
-{
-    if (handle != nullptr)
-        handle->isOpen = false;
 }
 
 void destroy(DirListingHandle& handle)
