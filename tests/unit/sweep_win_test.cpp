@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-// What the command line cannot reach: suffix lists, names-only logs, removing
-// the starting folder, and the progress throttle. The rest is covered end to
-// end through the exe.
+// What the command line cannot reach: suffix lists, names-only logs and
+// removing the starting folder. The rest is covered end to end through the
+// exe.
 
 namespace {
 
@@ -22,15 +22,14 @@ struct SweepResult {
 
 class SweepTest : public TempFolderTest {
 protected:
-    SweepResult sweep(bool removeIfEmpty = false, const QStringList* ignoreSuffixes = nullptr, bool namesOnly = false,
-                      TimeStamp* progressStamp = nullptr)
+    SweepResult sweep(bool removeIfEmpty = false, const QStringList* ignoreSuffixes = nullptr, bool namesOnly = false)
     {
         SweepResult result;
         bool recurse = true;
         std::int32_t maxAge = kOneDayMinutes;
         std::int64_t kib = 0;
         result.nothingLeft = sweepFolder(root, removeIfEmpty, recurse, maxAge, ignoreSuffixes, &result.errors,
-                                         &result.count, &kib, &result.log, namesOnly, progressStamp, false);
+                                         &result.count, &kib, &result.log, namesOnly, nullptr, false);
         return result;
     }
 };
@@ -87,23 +86,6 @@ TEST_F(SweepTest, HiddenSystemAndReadOnlyFilesGoAndTheStartingFolderOnlyWhenAske
     EXPECT_FALSE(QDir(root).exists());
     // A folder that is gone is nothing left, with nothing logged.
     EXPECT_TRUE(sweep(true).nothingLeft);
-}
-
-TEST_F(SweepTest, ProgressLineOnlyWhenTheStampHasElapsed)
-{
-    makeFile(QStringLiteral("sub/x.txt"), currentTime());
-    TimeStamp stamp = 0;
-    ::testing::internal::CaptureStdout();
-    sweep(false, nullptr, false, &stamp);
-    fflush(stdout);
-    // The subfolder comes within the same five seconds and prints nothing.
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "     ..." + root.toStdString() + "...\n");
-    EXPECT_GT(stamp, 0);
-
-    ::testing::internal::CaptureStdout();
-    sweep(false, nullptr, false, &stamp);
-    fflush(stdout);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
 }
 
 }
