@@ -54,13 +54,6 @@ TEST(AgeLimit, DaysBecomeSecondsWithoutWrapping)
     EXPECT_FALSE(isOldEnough(-2145916800, ageLimitSeconds(1491309), now));
 }
 
-TEST(AgeLimit, KiBAreRoundedPerFile)
-{
-    EXPECT_EQ(roundedKiB(511), 0);
-    EXPECT_EQ(roundedKiB(512), 1);
-    EXPECT_EQ(roundedKiB(1535), 1);
-}
-
 TEST(WildcardSplit, CutsAtTheFirstStarWithBackslashesOnly)
 {
     const struct {
