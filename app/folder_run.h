@@ -15,6 +15,9 @@ TimeStamp& progressStamp();
 // dry run reports what the run would delete and changes nothing.
 bool runFolder(const QString& folder, const RunOptions& options);
 
+// The warning for a folder to clean that is not there.
+void warnMissingFolder(const QString& folder);
+
 // The same on a folder that a wildcard reached and holds; the run takes the
 // hold over. A pin that holds nothing is reported as a folder that could not
 // be read.

@@ -55,11 +55,16 @@ void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& opti
 bool runFolder(const QString& folder, const RunOptions& options)
 {
     if (!folderExists(folder)) {
-        platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
+        warnMissingFolder(folder);
         return false;
     }
     sweepAndReport(folder, pinNamedFolder(folder, false), options);
     return true;
+}
+
+void warnMissingFolder(const QString& folder)
+{
+    platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
 }
 
 void runHeldFolder(const QString& folder, FolderPin pin, const RunOptions& options)

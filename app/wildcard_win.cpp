@@ -92,7 +92,7 @@ void follow(FolderPin reached, QString path, const QStringList& names, qsizetype
         // What is missing below a later "*" matches nothing.
         if (inner.isMissing) {
             if (!concrete.isEmpty())
-                platformPrintf("Warning: directory %s does not exist!\n", concrete.toLatin1().constData());
+                warnMissingFolder(concrete);
             return;
         }
         if (!inner.isHeld()) {

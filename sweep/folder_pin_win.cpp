@@ -26,9 +26,8 @@ void holdFoundFolder(FolderPin& pin, HANDLE parent, const QString& name, ACCESS_
 }
 
 FolderPin::FolderPin(FolderPin&& other) noexcept
-    : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE)), isLink(other.isLink), isMissing(other.isMissing),
-      error(other.error)
 {
+    *this = std::move(other);
 }
 
 FolderPin& FolderPin::operator=(FolderPin&& other) noexcept

@@ -76,35 +76,41 @@ void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
     markKept(verdict);
 }
 
+// Written before the attempt, so it also stands for a deletion that fails.
+void logDeletion(const QString& name, const Walk& walk)
+{
+    if (walk.out.log != nullptr)
+        walk.out.log->append((walk.settings.namesOnly ? QString() : QStringLiteral("     -del ")) + name
+                             + QLatin1Char('\n'));
+}
+
 // The listing's age decided that the file is opened at all; the file's own
 // time, read through the handle that deletes it, decides whether it goes, so a
 // file written since the listing stays. A dry run opens nothing.
 void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
 {
-    const SweepOutputs& out = walk.out;
     const QString name = listing::name(listing);
+    if (walk.settings.dryRun) {
+        logDeletion(name, walk);
+        countDeleted(listing::size(listing), walk.out);
+        return;
+    }
     FileToDelete file;
-    const bool opened = !walk.settings.dryRun && openFileToDelete(folder, name, file);
+    const bool opened = openFileToDelete(folder, name, file);
     if (opened && !isOldEnough(file.time, walk.settings.ageLimitSeconds, currentTime())) {
         logTooYoung(name, walk, verdict);
         return;
     }
-    // Written before the attempt, so it also stands for a deletion that fails.
-    if (out.log != nullptr)
-        out.log->append((walk.settings.namesOnly ? QString() : QStringLiteral("     -del ")) + name + QLatin1Char('\n'));
-
-    DWORD error = ERROR_SUCCESS;
-    if (opened)
-        error = deleteOpenedFile(file);
-    else if (!walk.settings.dryRun && !isGoneError(file.error))
-        error = file.error;
+    logDeletion(name, walk);
+    const DWORD error = opened ? deleteOpenedFile(file) : file.error;
     // A file gone since the listing counts as deleted.
-    if (error == ERROR_SUCCESS) {
-        countDeleted(listing::size(listing), out);
+    if (error == ERROR_SUCCESS || isGoneError(error)) {
+        countDeleted(listing::size(listing), walk.out);
         return;
     }
-    if (out.errors != nullptr)
-        out.errors->append(listing::fullPath(listing) + QLatin1Char(':') + deletionFailureText(error) + QLatin1Char('\n'));
+    if (walk.out.errors != nullptr)
+        walk.out.errors->append(listing::fullPath(listing) + QLatin1Char(':') + deletionFailureText(error)
+                                + QLatin1Char('\n'));
     verdict.failed = true;
     verdict.nothingLeft = false;
 }
