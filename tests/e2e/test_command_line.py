@@ -48,9 +48,11 @@ def test_fewer_than_three_arguments_print_usage_and_exit_minus_one(tool, args):
 
 
 # Each bad argument ends the run before any folder is touched, and the first
-# one wins. A missing folder is no error.
+# one wins. A missing folder, or a file named as one, is no error.
 @pytest.mark.parametrize("args, out, code", [
     (["-do", "7", "-v"], "Warning: directory  does not exist!\n", 0),
+    (["<f>\\absent", "-do", "1"], "Warning: directory <f>\\absent does not exist!\n", 0),
+    (["<f>\\old.txt", "-do", "1"], "Warning: directory <f>\\old.txt does not exist!\n", 0),
     (["<f>", "-v", "-do"], "Error: -do needs a value!\n", 2),
     (["<f>", "-do", "14", "-KXROOT"], "Error: -KXROOT needs a value!\n", 2),
     (["<f>", "-do", "14", "-loadstatus"], "Error: -loadstatus needs a value!\n", 2),

@@ -2,6 +2,7 @@
 make of it, and the folders below a wildcard match stay put while they are swept."""
 
 import os
+import stat
 import subprocess
 
 from conftest import DAY, TEST_TOOLS, WINE_RUN, make_tree, tree, wine_env
@@ -12,12 +13,22 @@ OLD = 30 * DAY
 YOUNG = 60
 
 
+def snapshot(root):
+    """Name, kind and mode, size and modification time of everything below root."""
+    return [(path.relative_to(root).as_posix(), path.lstat().st_mode, path.lstat().st_size, path.lstat().st_mtime_ns)
+            for path in sorted(root.rglob("*"))]
+
+
+# The dry run foretells the real run exactly and changes nothing, read-only
+# files included; the option is read in any letter case and at any place.
 def test_odd_names_go_and_their_young_plain_twins_stay(tool, drive, work):
     make_tree(work, {
         "old.": (OLD, 1), "old": (YOUNG, 1), "sp ": (OLD, 1), "sp": (YOUNG, 1), "...": (OLD, 1),
         "nul": (OLD, 1), "aux": (OLD, 1), "con.txt": (OLD, 1), "com1.log": (OLD, 1),
         "dir./a.txt": (OLD, 2048), "dir/b.txt": (YOUNG, 1),
     })
+    for read_only in ("aux", "dir./a.txt"):
+        os.chmod(work / read_only, stat.S_IRUSR)
     folder = drive.win(work)
     log = (f"   [{folder}]: \n     -del ...\n     -del aux\n     -del com1.log\n     -del con.txt\n"
            f"     -dir [dir]\n   [{folder}\\dir]: \n     -ignT b.txt\n"
@@ -26,11 +37,12 @@ def test_odd_names_go_and_their_young_plain_twins_stay(tool, drive, work):
     start = f"\nStarting to delete files in folder '{folder}', File have to be older than 14 days.\n"
     real = report(folder, 14, 8, 2, log=log)
 
-    dry = tool("-dryrun", "-v", "-do", "14", folder)
+    before = snapshot(work)
+    dry = tool("-v", "-do", "14", folder, "-DryRun")
     assert masked(dry.out) == BANNER + real.replace(start, (
         f"\nDry run in folder '{folder}': files older than 14 days are only listed, nothing is deleted.\n")
     ).replace(" files deleted (", " files would be deleted (")
-    assert len(tree(work)) == 13
+    assert snapshot(work) == before
 
     result = tool("-v", "-do", "14", folder)
     assert masked(result.out) == BANNER + real

@@ -84,14 +84,6 @@ def test_huge_age_limit_keeps_new_files(tool, drive, work, days, left):
     assert tree(work) == left
 
 
-def test_missing_folder_or_a_file_gives_only_the_warning(tool, drive, work):
-    (work / "file.txt").write_text("x")
-    for target in (drive.win(work / "absent"), drive.win(work / "file.txt")):
-        result = tool(target, "-do", "1")
-        assert result.out == BANNER + f"Warning: directory {target} does not exist!\n"
-        assert result.code == 0
-
-
 def test_options_ignore_case_and_take_negative_days(tool, drive, work):
     make_tree(work, {"new.txt": (YOUNG, 1)})
     folder = drive.win(work)

@@ -32,12 +32,10 @@ def test_users_starting_with_m_each_get_their_own_report(tool, drive, work):
     # In the order the file system lists them: names compared upper-cased.
     assert reported_folders(result.out) == [
         (users + "\\mary" + temp, ""), (users + "\\Mike" + temp, ""), ("", users + "\\mona" + temp)]
-    assert tree(work) == ["Users/", "Users/Mike/", "Users/Mike/AppData/", "Users/Mike/AppData/Local/",
-                          "Users/Mike/AppData/Local/Temp/", "Users/bob/", "Users/bob/AppData/",
-                          "Users/bob/AppData/Local/", "Users/bob/AppData/Local/Temp/",
-                          "Users/bob/AppData/Local/Temp/d.tmp", "Users/mary/", "Users/mary/AppData/",
-                          "Users/mary/AppData/Local/", "Users/mary/AppData/Local/Temp/", "Users/mona/",
-                          "Users/mona/Documents/"]
+    # Each matched folder stays, emptied; only what was below it goes.
+    left = tree(work)
+    assert [path for path in left if not path.endswith("/")] == ["Users/bob/AppData/Local/Temp/d.tmp"]
+    assert "Users/Mike/AppData/Local/Temp/" in left and "Users/Mike/AppData/Local/Temp/sub/" not in left
 
 
 def test_missing_subpath_warning_follows_the_search_line(tool, drive, work):
@@ -49,36 +47,24 @@ def test_missing_subpath_warning_follows_the_search_line(tool, drive, work):
         f"Warning: directory {drive.win(work / 'Users' / 'anna')}\\Temp does not exist!\n")
 
 
-def test_trailing_wildcard_runs_every_folder_with_or_without_backslash(tool, drive, work):
-    make_tree(work, {"jobs/j1/a.tmp": (OLD, 1), "jobs/j2/": None, "jobs/file.txt": (OLD, 1)})
-    jobs = drive.win(work / "jobs")
-
-    plain = tool("-do", "14", jobs + "\\*")
-    assert reported_folders(plain.out) == [(jobs + "\\j1", ""), (jobs + "\\j2", "")]
-
-    slashed = tool("-do", "14", jobs + "\\*\\")
-    assert reported_folders(slashed.out) == [(jobs + "\\j1\\", ""), (jobs + "\\j2\\", "")]
+# Matches in the order the file system lists them, each run with the rest of
+# the path behind it; two stars expand depth-first; the text between a star and
+# the next backslash does not narrow the match and is not put back.
+@pytest.mark.parametrize("pattern, folders", [
+    ("\\jobs\\*", ["\\jobs\\j1", "\\jobs\\j2"]),
+    ("\\jobs\\*\\", ["\\jobs\\j1\\", "\\jobs\\j2\\"]),
+    ("\\deep\\*\\*\\t", ["\\deep\\a\\x\\t", "\\deep\\a\\y\\t", "\\deep\\b\\x\\t"]),
+    ("\\Users\\a*b\\tmp", ["\\Users\\ab\\tmp", "\\Users\\alpha\\tmp"]),
+])
+def test_stars_expand_to_every_matching_folder(tool, drive, work, pattern, folders):
+    make_tree(work, {"jobs/j1/a.tmp": (OLD, 1), "jobs/j2/": None, "jobs/file.txt": (OLD, 1),
+                     "deep/a/x/t/": None, "deep/a/y/t/": None, "deep/b/x/t/": None,
+                     "Users/alpha/tmp/": None, "Users/ab/tmp/": None, "Users/zb/tmp/": None})
+    root = drive.win(work)
+    result = tool("-do", "14", root + pattern)
+    assert reported_folders(result.out) == [(root + folder, "") for folder in folders]
     # Files beside the matched folders are not part of any run.
     assert "jobs/file.txt" in tree(work)
-
-
-def test_two_wildcards_expand_depth_first(tool, drive, work):
-    make_tree(work, {
-        "a/x/t/": None, "a/y/t/": None,
-        "b/x/t/": None,
-    })
-    root = drive.win(work)
-    result = tool("-do", "14", root + "\\*\\*\\t")
-    assert [folder for folder, _ in reported_folders(result.out)] == [
-        root + "\\a\\x\\t", root + "\\a\\y\\t", root + "\\b\\x\\t"]
-
-
-def test_text_behind_the_star_does_not_narrow_the_match(tool, drive, work):
-    make_tree(work, {"Users/alpha/tmp/": None, "Users/ab/tmp/": None, "Users/zb/tmp/": None})
-    users = drive.win(work / "Users")
-    result = tool("-do", "14", users + "\\a*b\\tmp")
-    assert [folder for folder, _ in reported_folders(result.out)] == [
-        users + "\\ab\\tmp", users + "\\alpha\\tmp"]
 
 
 def test_lone_star_or_no_match_prints_only_the_search_line(tool, drive, work):
