@@ -1,4 +1,5 @@
-"""Runs the staged kxDeleteOldFiles.exe under Wine on real folder trees.
+"""Runs the staged kxDeleteOldFiles.exe under Wine on real folder trees, and
+derives from the tree what a run must print and leave behind.
 
 Every test works below the Wine drive K:, a scratch folder of the session. A
 sample installation of the suite sits at K:\\suite with the staged exe in its
@@ -9,6 +10,7 @@ import contextlib
 import os
 import re
 import shutil
+import stat
 import subprocess
 import time
 from pathlib import Path
@@ -22,6 +24,16 @@ TEST_TOOLS = BUILD / "win64" / "test-tools"
 WINE_RUN = TOP / "scripts" / "wine-run"
 WINEPREFIX = Path(os.environ.get("WINEPREFIX", BUILD / "wineprefix"))
 DAY = 24 * 60 * 60
+OLD, YOUNG = 30 * DAY, 60
+# Stands for the system's text of an error code, which differs between systems.
+MESSAGE = "<message>"
+
+BANNER = (
+    ".----------------------------------------------------------------\n"
+    ". kxDeleteOldFiles  8.4.02\n"
+    ". Part of the KX render farm suite. Removes old files and emptied folders.\n"
+    ".----------------------------------------------------------------\n"
+)
 
 
 def wine_env():
@@ -81,15 +93,22 @@ def run_exe(exe: str, *args, env=None, cwd=None) -> Result:
 
 
 @pytest.fixture
-def tool(suite, drive):
+def exe(suite, drive):
+    return drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
+
+
+@pytest.fixture
+def tool(exe):
     """Runs the tool from the sample installation."""
-    exe = drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
     return lambda *args, **kwargs: run_exe(exe, *args, **kwargs)
 
 
 @contextlib.contextmanager
 def held_open(*paths):
     """Holds the Windows paths open without sharing in another process, as a running job would."""
+    if not paths:
+        yield
+        return
     holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), *paths],
                               stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
     try:
@@ -100,20 +119,197 @@ def held_open(*paths):
         holder.wait(timeout=60)
 
 
-def make_tree(root: Path, files: dict, now=None):
-    """Files from {relative path: (age in seconds, size)}; a path ending in "/" is an empty folder."""
+def make_tree(root: Path, spec, now=None):
+    """Makes a tree from "path=<age><size>[r], folder/, link->target, name=>file, ...": the age o(ld),
+    y(oung), n(ow) or a (file of 1901), a size in bytes (1 when none is given), r for read-only, -> a
+    link to a folder, => a second name of a file; or from a dict {path: (age in seconds, size)}."""
     now = int(time.time()) if now is None else now
-    for relative, shape in files.items():
+    entries = spec.items() if isinstance(spec, dict) else [entry.partition("=")[::2] for entry in spec.split(", ")]
+    for relative, shape in entries:
         path = root / relative
+        if "->" in relative:
+            name, target = relative.split("->")
+            (root / name).parent.mkdir(parents=True, exist_ok=True)
+            os.symlink(root / target, root / name, target_is_directory=True)
+            continue
         if relative.endswith("/"):
             path.mkdir(parents=True, exist_ok=True)
             continue
-        age, size = shape
+        if isinstance(shape, str) and shape.startswith(">"):
+            os.link(root / shape[1:], path)
+            continue
+        if isinstance(shape, str):
+            age, size, flags = re.fullmatch(r"([oyna])(\d*)(r?)", shape).groups()
+            shape = ({"o": OLD, "y": YOUNG, "n": 0, "a": now + 2145916800}[age], int(size or 1))
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(b"x" * size)
-        os.utime(path, (now - age, now - age))
+        path.write_bytes(b"x" * shape[1])
+        os.utime(path, (now - shape[0], now - shape[0]))
+        if isinstance(spec, str) and flags:
+            os.chmod(path, stat.S_IRUSR)
 
 
 def tree(root: Path):
     """Everything left below root, sorted; folders end in "/"."""
     return sorted(p.relative_to(root).as_posix() + ("/" if p.is_dir() else "") for p in root.rglob("*"))
+
+
+def snapshot(root: Path):
+    """Every file below root with its mode, size and modification time."""
+    return {p: (p.lstat().st_mode, p.lstat().st_size, p.lstat().st_mtime_ns)
+            for p in root.rglob("*") if not p.is_dir()}
+
+
+def masked(out: str) -> str:
+    """The output with every free-space figure, checked to be a grouped number, as <free>. The stand-in
+    for a drive whose free space cannot be read, 1000, stays: no drive here has exactly that much."""
+    return re.sub(r"(  Done\. Free drive space in .* is )(?!1000 MiB)\d{1,4}(?: \d{3})*( MiB\n)", r"\1<free>\2", out)
+
+
+def grouped(number: int) -> str:
+    return str(number) if number <= 1000 else grouped(number // 1000) + " %03d" % (number % 1000)
+
+
+def matches_keep(name: str, pattern: str) -> bool:
+    wanted = "".join(".*" if c == "*" else "." if c == "?" else re.escape(c) for c in pattern)
+    return re.fullmatch(wanted, name, re.IGNORECASE | re.DOTALL) is not None
+
+
+class Model:
+    """What a run must print and leave, derived from the tree as it stands before
+    the run: which files are old, the counts, the -v log in the order the file
+    system lists (names compared upper-cased), the wildcard's matches and warnings."""
+
+    def __init__(self, drive, args, held=(), cwd=None):
+        self.drive, self.args, self.cwd, self.held, self.now = drive, args, cwd, {Path(p) for p in held}, time.time()
+        self.days, self.verbose, self.dry, self.keep, self.folder, self.removed, self.first = 14, False, False, [], "", set(), True
+
+    def read_options(self):
+        options = iter(self.args)
+        for arg in options:
+            option = arg.lower()
+            if option == "-do":
+                self.days = int(next(options), 10)
+            elif option in ("-kxroot", "-loadstatus"):
+                next(options)
+            elif option == "-keep":
+                self.keep.append(next(options))
+            elif option in ("-v", "-dryrun"):
+                self.verbose, self.dry = self.verbose or option == "-v", self.dry or option == "-dryrun"
+            else:
+                self.folder = arg
+
+    def local(self, folder: str) -> Path:
+        """The folder on this side of Wine: K: paths below the drive, others below cwd."""
+        if folder[:3].upper() == "K:\\":
+            return self.drive.root / folder[3:].replace("\\", "/")
+        return Path(os.path.normpath(self.cwd / folder.replace("\\", "/")))
+
+    def out(self) -> str:
+        self.read_options()
+        if "*" not in self.folder:
+            if not self.local(self.folder).is_dir():
+                return f"Warning: directory {self.folder} does not exist!\n"
+            return self.report(self.folder, self.local(self.folder))
+        text = f"Searching for folders matching '{self.folder}'."
+        pattern = self.folder.replace("/", "\\")
+        star = pattern.index("*")
+        base = pattern[:pattern.rfind("\\", 0, star) + 1]
+        names = pattern[star:].split("\\")[1:]
+        start = pattern[len(base):star]
+        return text + (self.expand(base, self.local(base), start, names) if base else "")
+
+    def expand(self, shown: str, local: Path, start: str, names) -> str:
+        found = sorted((e for e in os.scandir(local) if e.is_dir() and not e.is_symlink()
+                        and e.name.upper().startswith(start.upper())), key=lambda e: e.name.upper())
+        return "".join(self.follow(shown + e.name, Path(e.path), names) for e in found)
+
+    def follow(self, shown: str, local: Path, names) -> str:
+        """The run a match leads to, or its warning. A folder on the way that cannot be held is
+        reported by the run it leads to; below a later "*" it matches nothing."""
+        for i, name in enumerate([*names, None]):
+            concrete = "" if any("*" in later for later in names[i:]) else "\\".join([shown, *names[i:]])
+            if name is None or local in self.held:
+                return self.report(concrete, local) if concrete else ""
+            if "*" in name:
+                return self.expand(shown + "\\", local, name[:name.index("*")], names[i + 1:])
+            shown += "\\" + name
+            if name in ("", "."):
+                continue
+            inner = [e for e in os.scandir(local) if e.name.upper() == name.upper()]
+            if inner and inner[0].is_symlink():
+                return f"Warning: directory {concrete or shown} is reached through a link, skipped!\n"
+            if not inner or not inner[0].is_dir():
+                return f"Warning: directory {concrete} does not exist!\n" if concrete else ""
+            local = Path(inner[0].path)
+
+    def report(self, shown: str, local: Path) -> str:
+        self.count, self.kib, self.errors, self.log = 0, 0, "", ""
+        # Only the first folder of a run shows progress: the next line is due only seconds later.
+        progress = f"     ...{shown}...\n" if self.first else ""
+        self.first = False
+        self.sweep(shown, local, False)
+        text = (f"\nDry run in folder '{shown}': files older than {self.days} days are only listed, nothing is deleted.\n"
+                if self.dry else
+                f"\nStarting to delete files in folder '{shown}', File have to be older than {self.days} days.\n")
+        text += progress + f"  {self.count} files {'would be ' if self.dry else ''}deleted ({grouped(self.kib)} Kib). \n\n"
+        text += f"\nErrors:\n {self.errors} \n\n" if self.errors else ""
+        text += f"\n{self.log}\n\n" if self.verbose else ""
+        return text + f"  Done. Free drive space in {shown} is <free> MiB\n\n"
+
+    def sweep(self, shown: str, local: Path, removable: bool) -> bool:
+        """Logs and counts one folder as the tool does; true when something is left in it."""
+        self.log += f"   [{shown}]: \n"
+        if local in self.held:
+            self.errors += f"Error reading folder {shown}:Error 32: {MESSAGE}\n"
+            return True
+        prefix = shown.replace("/", "\\").rstrip("\\") + "\\"
+        left = False
+        for entry in sorted(os.scandir(local), key=lambda e: e.name.upper()):
+            name, path = entry.name, Path(entry.path)
+            pattern = next((p for p in self.keep if matches_keep(name, p)), None)
+            if pattern is not None:
+                self.log += f"     -keep {f'[{name}]' if entry.is_dir() else name}   '{pattern}'\n"
+            elif entry.is_symlink():
+                self.log += f"     -lnk [{name}]\n"
+            elif entry.is_dir():
+                self.log += f"     -dir [{name}]\n"
+                if not self.sweep(prefix + name, path, True):
+                    continue
+            elif self.days > 0 and self.now - entry.stat().st_mtime <= self.days * DAY:
+                self.log += f"     -ignT {name}\n"
+            else:
+                self.log += f"     -del {name}\n"
+                if path in self.held and not self.dry:
+                    self.errors += f"{prefix}{name}:Unable to delete file; Error 32: {MESSAGE}.\n"
+                else:
+                    self.count += 1
+                    self.kib += (entry.stat().st_size + 512) // 1024
+                    self.removed.add(path)
+                    continue
+            left = True
+        if removable and not left:
+            self.removed.add(local)
+        return left
+
+    def left(self, root: Path):
+        """What remains below root after the run; what was removed through a link is gone where it is."""
+        gone = {path.resolve() for path in self.removed}
+        return [p for p in tree(root) if self.dry or not gone.intersection([(root / p).resolve(), *(root / p).resolve().parents])]
+
+
+def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None):
+    """Runs the tool with held paths held open, and checks its exact output and exit code, and that
+    what is left below work is what the model derives, each file that stays unchanged."""
+    model = Model(drive, args, held, cwd)
+    before = snapshot(work)
+    # The tool prints Latin-1, with "?" for what it cannot show.
+    expected = BANNER + (model.out() if out is None else out).encode("latin-1", "replace").decode("latin-1")
+    wanted = model.left(work)
+    with held_open(*(drive.win(path) for path in held)):
+        result = tool(*args, cwd=cwd)
+    assert re.fullmatch(re.escape(expected).replace(re.escape(MESSAGE), r"[^\n]+"), masked(result.out)), result.out
+    assert (result.code, result.err) == (code, "")
+    assert tree(work) == wanted
+    after = snapshot(work)
+    assert after == {path: before.get(path) for path in after}
+    return result

@@ -1,13 +1,12 @@
 """The installation-root check at start-up. The probe, a bad "-do" value, exits
-with code 3 once the options are reached and is never examined otherwise."""
+with code 3 once the options are reached and is never examined otherwise. Root
+flags beside a folder are rows of test_runs."""
 
 import shutil
 
 import pytest
 
-from conftest import DAY, STAGE, held_open, make_tree, run_exe, tree, wine_env
-from test_command_line import BANNER
-from test_sweep import masked, report
+from conftest import BANNER, STAGE, held_open, run_exe, wine_env
 
 INSIDE = "K:\\suite\\bin\\win64\\kxDeleteOldFiles.exe"
 OUTSIDE = "K:\\outside\\a\\b\\kxDeleteOldFiles.exe"
@@ -53,25 +52,3 @@ def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, driv
         relink.unlink()
     log = "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\suite\\]"
     assert (result.out, result.code) == (message(INSIDE, "", log), 1)
-
-
-# Root discovery reads the argument after every -kxRoot or -loadstatus, so that
-# argument is never the folder, wherever it stands, even after another root flag.
-@pytest.mark.parametrize("args, cleaned", [
-    (("-kxRoot", "K:\\suite", "<f>", "-do", "14"), True),
-    (("<f>", "-do", "14", "-KXROOT", "K:\\suite"), True),
-    (("-LoadStatus", "<status>", "-do", "14", "<f>"), True),
-    (("<f>", "-do", "14", "-loadstatus", "<status>"), True),
-    (("-kxRoot", "-kxRoot", "K:\\suite", "-do", "14"), False),
-])
-def test_root_flag_values_are_never_the_folder(tool, drive, work, suite, args, cleaned):
-    old = 30 * DAY
-    make_tree(work, {"target/old.txt": (old, 1), "target/new.txt": (60, 1), "status/old.txt": (old, 1)})
-    make_tree(suite, {"canary/old.txt": (old, 1)})
-    folder = drive.win(work / "target")
-    result = tool(*(arg.replace("<f>", folder).replace("<status>", drive.win(work / "status")) for arg in args))
-    expected = report(folder, 14, 1, 0) if cleaned else "Warning: directory  does not exist!\n"
-    assert (masked(result.out), result.code) == (BANNER + expected, 0)
-    left = ["target/new.txt"] if cleaned else ["target/new.txt", "target/old.txt"]
-    assert tree(work) == ["status/", "status/old.txt", "target/", *left]
-    assert tree(suite / "canary") == ["old.txt"]

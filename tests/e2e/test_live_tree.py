@@ -1,30 +1,33 @@
-"""Each deletion is decided on the file as it is at that moment, nothing is
-changed about a file that stays, and a folder that cannot be read is said so."""
+"""Runs that need their own choreography: the clock at the limit, a tree that
+changes or is renamed while it is swept, long relative paths and deep trees."""
 
-import os
-import re
-import stat
 import subprocess
+import time
 
-from conftest import DAY, WINE_RUN, held_open, make_tree, tree, wine_env
-from test_command_line import BANNER
-from test_sweep import masked, report
+import pytest
 
-OLD = 30 * DAY
-
-
-def reported_with_error(folder, count, error, head=""):
-    """A pattern of the whole output of a run whose only error line matches error."""
-    return re.escape(BANNER + head + report(folder, 14, count, 0, errors="@")).replace("@", error)
+from conftest import DAY, OLD, TEST_TOOLS, WINE_RUN, YOUNG, expect_run, make_tree, tree, wine_env
 
 
-def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(tool, suite, drive, work):
+def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, work):
+    # The tool reads the clock itself: a run that starts and ends within the
+    # second the tree was dated from has exactly that "now".
+    for _ in range(30):
+        now = int(time.time())
+        make_tree(work, {"older.txt": (2 * DAY + 1, 1), "at_limit.txt": (2 * DAY, 1),
+                         "too_young.txt": (2 * DAY - 1, 1)}, now=now)
+        tool("-do", "2", drive.win(work))
+        if int(time.time()) == now:
+            assert tree(work) == ["at_limit.txt", "too_young.txt"]
+            return
+    pytest.fail("no run of the tool finished within a single second")
+
+
+def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(exe, drive, work):
     files = {f"a_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
     files.update({"a_big/0000_first.tmp": (OLD, 1), "b_rewritten.txt": (OLD, 1), "c_vanished.txt": (OLD, 1)})
     make_tree(work, files)
-    folder = drive.win(work)
-    exe = drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
-    run = subprocess.Popen([str(WINE_RUN), exe, "-v", "-do", "14", folder], stdin=subprocess.DEVNULL,
+    run = subprocess.Popen([str(WINE_RUN), exe, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
                            stdout=subprocess.PIPE, env=wine_env())
     # The sibling's first file goes before the rewritten file's turn comes.
     while (work / "a_big" / "0000_first.tmp").exists():
@@ -38,37 +41,40 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(tool, suit
     assert tree(work) == ["b_rewritten.txt"]
 
 
-def test_hard_links_to_read_only_files_outside_keep_their_mode(tool, drive, work):
-    make_tree(work, {"outside/free.txt": (OLD, 1), "outside/held.txt": (OLD, 1), "tree/plain.txt": (OLD, 1)})
-    for name in ("free", "held"):
-        os.chmod(work / "outside" / f"{name}.txt", stat.S_IRUSR)
-        os.link(work / "outside" / f"{name}.txt", work / "tree" / f"{name}.lnk")
-    folder = drive.win(work / "tree")
-    with held_open(drive.win(work / "tree" / "held.lnk")):
-        result = tool("-do", "14", folder)
-    error = re.escape(f"{folder}\\held.lnk:Unable to delete file; Error 32: ") + r"[^\n]+\.\.\n"
-    assert re.fullmatch(reported_with_error(folder, 2, error), masked(result.out)), result.out
-    assert tree(work / "tree") == ["held.lnk"]
-    for name in ("free", "held"):
-        assert stat.S_IMODE((work / "outside" / f"{name}.txt").stat().st_mode) == stat.S_IRUSR
+def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, work):
+    temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
+    files = {f"Temp/b_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
+    files.update({"Temp/a_first.tmp": (OLD, 1), "Temp/c_last.tmp": (OLD, 1)})
+    make_tree(temp.parent, files)
+    held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
+    renamer = subprocess.Popen(
+        [str(WINE_RUN), str(TEST_TOOLS / "kxRenameWhenGone.exe"), drive.win(temp / "a_first.tmp"),
+         drive.win(temp / "c_last.tmp"), *(drive.win(folder) for folder in held)],
+        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, env=wine_env())
+    assert renamer.stdout.readline().strip() == b"ready"
+    result = tool("-do", "14", drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp")
+    tries = renamer.communicate(timeout=120)[0].decode().split()
+    # 32: a sharing violation for every folder, tried while the sweep went on.
+    assert tries == ["32"] * len(held) + ["during"]
+    assert "  2002 files deleted" in result.out
+    assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/"]
 
 
-def test_held_folders_are_reported_and_kept(tool, drive, work):
-    make_tree(work, {"named/a.tmp": (OLD, 1), "tree/clean/b.tmp": (OLD, 1), "tree/held/c.tmp": (OLD, 1),
-                     "users/bob/Temp/d.tmp": (OLD, 1)})
-    named, held, bob = (drive.win(work / path) for path in ("named", "tree/held", "users/bob"))
-    tree_folder = drive.win(work / "tree")
-    with held_open(named, held, bob):
-        first = tool("-do", "14", named)
-        second = tool("-do", "14", tree_folder)
-        # A wildcard match that cannot be held is reported by the run it leads to.
-        pattern = drive.win(work / "users") + "\\*\\Temp"
-        third = tool("-do", "14", pattern)
-    error = r"Error reading folder {}:Error 32: [^\n]+\.\n"
-    assert re.fullmatch(reported_with_error(named, 0, error.format(re.escape(named))), masked(first.out)), first.out
-    assert re.fullmatch(reported_with_error(tree_folder, 1, error.format(re.escape(held))), masked(second.out))
-    search = f"Searching for folders matching '{pattern}'."
-    assert re.fullmatch(reported_with_error(bob + "\\Temp", 0, error.format(re.escape(bob + "\\Temp")), search),
-                        masked(third.out)), third.out
-    assert tree(work) == ["named/", "named/a.tmp", "tree/", "tree/held/", "tree/held/c.tmp", "users/", "users/bob/",
-                          "users/bob/Temp/", "users/bob/Temp/d.tmp"]
+# A long relative path is made absolute before it gets the long-path prefix,
+# and the free space is read from its real drive.
+def test_relative_folder_cleans_long_paths(tool, drive, work):
+    deep = "data/" + "/".join("relative_component_%02d" % i for i in range(14))
+    make_tree(work, {deep + "/old.txt": (OLD, 1), deep + "/new.txt": (YOUNG, 1), "data/x/old.txt": (OLD, 1)})
+    assert len(deep) > 240
+    for folder in ("x\\..\\data", ".\\data", "data"):
+        expect_run(tool, drive, work, ["-do", "14", folder], cwd=work)
+    assert [path for path in tree(work) if not path.endswith("/")] == [deep + "/new.txt"]
+
+
+def test_deep_tree_with_paths_of_thousands_of_units(tool, drive, work):
+    kept = "/".join("level_%04d" % i for i in range(330))
+    files = {kept + "/young.txt": (YOUNG, 1), kept.replace("level", "other") + "/old.txt": (OLD, 1)}
+    files.update({"/".join(kept.split("/")[:depth]) + "/old.txt": (OLD, 1) for depth in range(1, 331)})
+    make_tree(work, files)
+    assert len(drive.win(work / kept / "young.txt")) > 3300
+    expect_run(tool, drive, work, ["-do", "14", drive.win(work)])

@@ -10,9 +10,7 @@ from pathlib import Path
 
 import pytest
 
-from conftest import BUILD, TEST_TOOLS, TOP, make_tree, run_exe, tree, wine_env
-from test_command_line import BANNER
-from test_sweep import OLD, YOUNG, masked, report
+from conftest import BANNER, BUILD, TEST_TOOLS, TOP, Model, make_tree, masked, run_exe, tree, wine_env
 
 VERSION = re.search(r"^\. kxDeleteOldFiles  (\S+)$", BANNER, re.MULTILINE).group(1)
 BIN = ["Qt6Core.dll", "kxDeleteOldFiles.exe", "libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"]
@@ -62,13 +60,14 @@ def test_exe_version_resource_shows_the_banner_version(node, drive):
 def test_scheduled_command_appends_each_report_to_the_node_log(node, drive, work):
     # The task's command as schtasks stores it from the README's /TR, with
     # \" read as ": cmd /c "<exe> <options> >><log> 2>&1".
-    make_tree(work, {"old.tmp": (OLD, 2048), "young.tmp": (YOUNG, 10)})
+    make_tree(work, "old.tmp=o2048, young.tmp=y10")
     folder = drive.win(work)
+    report = Model(drive, ["-do", "14", folder]).out()
     exe = drive.win(node / "bin" / "win64" / "kxDeleteOldFiles.exe")
     log = node / "logs" / "NODE01.log"
     codes = [run_exe("cmd", "/c", f"{exe} {options} {folder} >>{drive.win(log)} 2>&1").code
              for options in ("-do 14", "-do abc")]
     assert codes == [0, 3]
     assert masked(log.read_bytes().decode("latin-1").replace("\r\n", "\n")) == (
-        BANNER + report(folder, 14, 1, 2) + BANNER + "Error: Unable to convert abc into a number!\n")
+        BANNER + report + BANNER + "Error: Unable to convert abc into a number!\n")
     assert tree(work) == ["young.tmp"]

@@ -17,17 +17,4 @@ TEST_F(FileOps, FoldersAndFilesAreToldApart)
     EXPECT_EQ(freeDriveSpaceMiB(QStringLiteral("\\\\no_such_server\\share\\x")), 1000u);
 }
 
-// A long relative path is made absolute before it gets the prefix, which a
-// relative path cannot take.
-TEST_F(FileOps, LongRelativePathIsFoundFromTheCurrentFolder)
-{
-    const QString deep = QString(130, QLatin1Char('a')) + QLatin1Char('\\') + QString(130, QLatin1Char('b'));
-    makeFolder(path(deep));
-    const QString current = QDir::currentPath();
-    ASSERT_TRUE(QDir::setCurrent(root));
-    const bool found = folderExists(QStringLiteral(".\\") + deep);
-    QDir::setCurrent(current);
-    EXPECT_TRUE(found);
-}
-
 }

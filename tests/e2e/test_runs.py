@@ -1,0 +1,153 @@
+"""One row per run: a tree, the arguments, and, where the model cannot derive it,
+the expected output. Every row checks the exact output and exit code, the tree
+left behind, and that each file that stays is unchanged. {w} is the test's
+folder on K:."""
+
+import pytest
+
+from conftest import BANNER, expect_run, make_tree
+
+USAGE = (
+    "\nUsage:\n\n"
+    "  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n"
+    "\n"
+    "  directory: The directory to remove files from.\n"
+    "             Subfolders are automatically searched as well. Empty subfolders are deleted.\n"
+    "             The directory can contain a folder with a * wildcard to be replaced by ALL folder found\n"
+    "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n"
+    "  -v: Enable verbose messages.\n"
+    "  -dryrun: List what would be deleted, and delete nothing.\n"
+    "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n"
+    "Note: There is no required order for the commandline flags\n"
+    "\n\n"
+    "Example commandlines: \n"
+    "   Delete files from folder C:\\temp \n"
+    "       kxDeleteOldFiles C:\\temp -do 7  \n"
+    "\n"
+    "   Delete files from the temp folder of all users\n"
+    "       kxDeleteOldFiles -do 14 c:\\Users\\*\\AppData\\Local\\Temp    \n"
+    "\n"
+    "   Delete files from the temp folder of all users starting with 'm'\n"
+    "       kxDeleteOldFiles -do 14 c:\\Users\\m*\\AppData\\Local\\Temp \n"
+    "\n\n"
+)
+
+CANARY = "old.txt=o, sub/old.txt=o"
+ODD = ("old.=o, old=y, sp =o, sp=y, ...=o, nul=o, aux=or, con.txt=o, com1.log=o, dir./a.txt=o2048r, dir/b.txt=y, "
+       "dir/c.txt=o")
+STARS = ("jobs/j1/a.tmp=o, jobs/j2/, jobs/file.txt=o, deep/a/x/t/, deep/a/y/t/, deep/b/x/t/, Users/alpha/tmp/, "
+         "Users/ab/tmp/, Users/zb/tmp/")
+SLASHED = ("Users/alice/AppData/Local/Temp/old.tmp=o, Users/alice/Documents/thesis.doc=o, Users/bob/AppData/, "
+           "Users/bob/AppData/Local->shared, shared/Temp/canary.tmp=o")
+KEPT = ("tree/a.lic=o, tree/new.LIC=y, tree/a.lic.bak=o, tree/cache1.tmp=o, tree/cache10.tmp=o, tree/v1x0.exr=o, "
+        "tree/[ab].txt=o, tree/a.txt=o, tree/job/frame.lic=o, tree/job/old.exr=o, tree/ShaderCache/x.bin=o, "
+        "tree/ShaderCache/sub/y.bin=o, tree/shadercache_old/z.bin=o, library/canary.old=o, tree/cachelink->library")
+KEPT_USERS = ("Users/anna/Temp/x.lic=o, Users/anna/Temp/old.tmp=o, Users/anna/Temp/shadercache/a.bin=o, "
+              "Users/bob/Temp/sub/w.LIC=o, Users/bob/Temp/sub/z.tmp=o, Users/shadercache/Temp/old.tmp=o")
+ROOTS = "root/sub/cfg_global/, root/canary.txt=o, target/old.txt=o, target/new.txt=y, status/old.txt=o"
+LINKED_USERS = ("Users/alice/AppData/Local/Temp/old.tmp=o, elsewhere/AppData/Local/Temp/canary.tmp=o, Users/bob/, "
+                "shared/Local/Temp/canary.tmp=o, Users/linked->elsewhere, Users/bob/AppData->shared")
+NAMED_LINK = ("target/jobs/j1/old.tmp=o, target/jobs/j1/new.tmp=y, target/direct/old.tmp=o, "
+              "target/direct/sub/old.tmp=o, named->target")
+
+
+def row(name, spec, args, out=None, code=0, held=""):
+    return pytest.param(spec, args, out, code, held, id=name)
+
+
+ROWS = [
+    # Old files and emptied subfolders go; young files and the named folder stay.
+    row("sweep", "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
+        "-do 14 {w}"),
+    row("zero days", "x/y/z.tmp=o5, new.tmp=n5", "-do 0 {w}"),
+    # Options in any case, days in base 10, negative days.
+    row("options", "new.txt=y", "-DO -010 -V {w}"),
+    # The limit is whole days in 64 bits: no value wraps round to delete a new file.
+    row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}"),
+    row("30000 days", "new.txt=n, y1901.txt=a", "-do 30000 {w}"),
+    row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}"),
+    # Names are printed as they stand; each entry is acted on by its own name,
+    # whatever the Win32 path rules would make of it; the dry run changes nothing.
+    row("blanks and percent", "100% fertig \u00e9t\u00e9/%d %s.txt=o", ("-do", "14", "{w}\\100% fertig \u00e9t\u00e9", "-v")),
+    row("odd names", ODD, "-v -do 14 {w}"),
+    row("odd names dry run", ODD, "-v -do 14 {w} -DryRun"),
+    row("outside latin-1", "\u041a\u044d\u0448/old.exr=o, \u041a\u044d\u0448/new.exr=y", "-do 14 {w}\\\u041a\u044d\u0448"),
+    # A held file gives its error line, and everything else still goes; the
+    # Errors block comes before the -v log.
+    row("held file", "jobs/a.exr=o1024, jobs/b.exr=o1024, jobs/c.exr=o1024, new.txt=y", "{w} -do 14 -v",
+        held="jobs/b.exr"),
+    row("held hard links", "outside/free.txt=or, outside/held.txt=or, tree/plain.txt=o, "
+        "tree/free.lnk=>outside/free.txt, tree/held.lnk=>outside/held.txt", "-do 14 {w}\\tree", held="tree/held.lnk"),
+    # A folder that cannot be read is reported and kept, the named one, one
+    # below it, and a wildcard match (in the run it leads to).
+    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", held="named"),
+    row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held"),
+    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", held="users/bob"),
+    # Links below the named folder are kept and never entered; those the
+    # command line names are followed.
+    row("link in the tree", "tree/a.old=o, tree/sub/b.old=o, library/canary.old=o, tree/cache->library",
+        "-do 14 -v {w}\\tree"),
+    row("wildcard and links", LINKED_USERS, "-do 14 {w}\\Users\\*\\AppData\\Local\\Temp"),
+    row("named link", NAMED_LINK, "-do 14 {w}\\named\\direct"),
+    row("named link before a star", NAMED_LINK, "-do 14 {w}\\named\\jobs\\*"),
+    # One report per match, in the order the file system lists, matched
+    # ignoring case; the text between a star and the next backslash does not
+    # narrow the match; slashes separate folders.
+    row("m star", "Users/mary/AppData/Local/Temp/a.tmp=o, Users/Mike/AppData/Local/Temp/sub/c.tmp=o, "
+        "Users/mona/Documents/, Users/bob/AppData/Local/Temp/d.tmp=o", "-do 14 {w}\\Users\\m*\\appdata\\LOCAL\\temp"),
+    row("trailing dot match", "Users/bob/Temp/new.tmp=y, Users/bob./Temp/old.tmp=o", "-do 14 {w}\\Users\\*\\Temp"),
+    row("missing below a match", "Users/anna/", "{w}\\Users\\*\\Temp -do 1"),
+    row("star last", STARS, "-do 14 {w}\\jobs\\*"),
+    row("star and backslash", STARS, "-do 14 {w}\\jobs\\*\\"),
+    row("two stars", STARS, "-do 14 {w}\\deep\\*\\*\\t"),
+    row("text after a star", STARS, "-do 14 {w}\\Users\\a*b\\tmp"),
+    row("no match", STARS, "-do 14 {w}\\Users\\q*"),
+    row("lone star", "Users/", "-do 14 *"),
+    row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp"),
+    row("mixed separators", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp"),
+    # -keep: whole names, ignoring case, before the age and link tests; never
+    # the cleaned folder itself nor what a "*" matched.
+    row("keep", KEPT, "-v -keep cache?.tmp -KEEP *.lic {w}\\tree -Keep shadercache -do 14 -keep v1.0.exr "
+        "-keep [ab].txt -keep *link -keep frame.*"),
+    row("keep below matches", KEPT_USERS, "-do 14 {w}\\Users\\*\\Temp -keep *.lic -keep shadercache -keep TEMP -v"),
+    row("keep dry run", KEPT_USERS, "-dryrun -do 14 {w}\\Users\\*\\Temp -keep *.lic -keep shadercache -keep TEMP -v"),
+    # A root flag's value is never the folder, wherever it stands.
+    row("root flag first", ROOTS, "-kxRoot {w}\\root {w}\\target -do 14"),
+    row("root flag last", ROOTS, "{w}\\target -do 14 -KXROOT {w}\\root"),
+    row("status flag", ROOTS, "-LoadStatus {w}\\status -do 14 {w}\\target"),
+    row("root flag twice", ROOTS, "-kxRoot -kxRoot {w}\\root -do 14", "Warning: directory  does not exist!\n"),
+    # Fewer than three arguments print the usage; each bad argument ends the
+    # run before anything is touched, and the first one wins.
+    row("no arguments", CANARY, (), USAGE, 255),
+    row("one argument", CANARY, ("{w}",), USAGE, 255),
+    row("two arguments", CANARY, "{w} -v", USAGE, 255),
+    row("no folder", CANARY, "-do 7 -v", "Warning: directory  does not exist!\n"),
+    row("missing folder", CANARY, "{w}\\absent -do 1", "Warning: directory {w}\\absent does not exist!\n"),
+    row("file as folder", CANARY, "{w}\\old.txt -do 1", "Warning: directory {w}\\old.txt does not exist!\n"),
+    row("-do last", CANARY, "{w} -v -do", "Error: -do needs a value!\n", 2),
+    row("-kxRoot last", CANARY, "{w} -do 14 -KXROOT", "Error: -KXROOT needs a value!\n", 2),
+    row("-loadstatus last", CANARY, "{w} -do 14 -loadstatus", "Error: -loadstatus needs a value!\n", 2),
+    row("-do text", CANARY, "{w} -do abc", "Error: Unable to convert abc into a number!\n", 3),
+    row("-do option", CANARY, "-do -v {w}", "Error: Unable to convert -v into a number!\n", 3),
+    row("-do7", CANARY, "{w} -do7 -verbose", "Error: Unknown option -do7!\n", 2),
+    row("--dryrun", CANARY, "--dryrun {w} -do abc", "Error: Unknown option --dryrun!\n", 2),
+    row("-n", CANARY, "-n {w} -do 14", "Error: Unknown option -n!\n", 2),
+    row("/dryrun", CANARY, "/dryrun {w} -do 14", "Error: More than one folder given: /dryrun and {w}!\n", 2),
+    row("two folders", CANARY, "{w} -do 14 {w}\\sub", "Error: More than one folder given: {w} and {w}\\sub!\n", 2),
+    row("-keep last", CANARY, "{w} -do 14 -keep", "Error: -keep needs a value!\n", 2),
+    row("-keep empty", CANARY, ("-keep", "", "{w}", "-do", "14"),
+        "Error: -keep needs a name pattern without a folder separator, not ''!\n", 2),
+    row("-keep folder", CANARY, "-keep {w} -do 14",
+        "Error: -keep needs a name pattern without a folder separator, not '{w}'!\n", 2),
+    row("-keep slash", CANARY, "{w} -do 14 -KEEP \u00e9t\u00e9/*",
+        "Error: -keep needs a name pattern without a folder separator, not '\u00e9t\u00e9/*'!\n", 2),
+]
+
+
+@pytest.mark.parametrize("spec, args, out, code, held", ROWS)
+def test_run(tool, drive, work, spec, args, out, code, held):
+    make_tree(work, spec)
+    folder = drive.win(work)
+    args = [arg.replace("{w}", folder) for arg in (args.split(" ") if isinstance(args, str) else args)]
+    expect_run(tool, drive, work, args, out and out.replace("{w}", folder), code,
+               [work / path for path in held.split(", ") if path])
