@@ -7,8 +7,7 @@ using FileOps = TempFolderTest;
 
 TEST_F(FileOps, FoldersAndFilesAreToldApart)
 {
-    const QString file = path(QStringLiteral("file.txt"));
-    writeFile(file);
+    const QString file = makeFile(QStringLiteral("file.txt"));
     EXPECT_TRUE(fileExists(file) && folderExists(root) && folderExists(root + QLatin1Char('\\')));
     EXPECT_FALSE(fileExists(root) || folderExists(file) || folderExists(path(QStringLiteral("missing"))));
     // Win32 reads "C:" as the current folder of drive C.

@@ -13,10 +13,11 @@ protected:
     // A path ending in "/" is made as a folder, any other as a file.
     void make(const std::string& relative, const std::string& content = "x") const
     {
-        const QString target = path(QString::fromLatin1(relative.c_str()));
-        makeFolder(target.left(target.lastIndexOf(QLatin1Char('\\'))));
-        if (!target.endsWith(QLatin1Char('\\')))
-            writeFile(target, QByteArray::fromStdString(content));
+        const QString name = QString::fromLatin1(relative.c_str());
+        if (name.endsWith(QLatin1Char('/')))
+            EXPECT_TRUE(QDir().mkpath(path(name)));
+        else
+            makeFile(name, 0, QByteArray::fromStdString(content));
     }
 
     // With KX_ROOT set to kxRoot and KX_ROOT_INSTALLER unset (an empty value unsets).
