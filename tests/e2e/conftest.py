@@ -38,9 +38,7 @@ BANNER = (
 
 def wine_env():
     env = dict(os.environ, WINEPREFIX=str(WINEPREFIX), WINEDEBUG="-all", KX_BUILD_DIR=str(BUILD))
-    for name in ("KX_ROOT", "KX_ROOT_INSTALLER"):
-        env.pop(name, None)
-    return env
+    return {name: value for name, value in env.items() if name not in ("KX_ROOT", "KX_ROOT_INSTALLER")}
 
 
 class Drive:
@@ -56,8 +54,7 @@ class Drive:
 def drive(tmp_path_factory):
     root = tmp_path_factory.mktemp("drive")
     link = WINEPREFIX / "dosdevices" / "k:"
-    if link.is_symlink():
-        link.unlink()
+    link.unlink(missing_ok=True)
     link.symlink_to(root)
     yield Drive(root)
     link.unlink()
@@ -80,16 +77,11 @@ def work(drive, request):
     return folder
 
 
-class Result:
-    def __init__(self, completed):
-        self.code = completed.returncode
-        self.out = completed.stdout.decode("latin-1").replace("\r\n", "\n")
-        self.err = completed.stderr.decode("latin-1")
-
-
-def run_exe(exe: str, *args, env=None, cwd=None) -> Result:
-    return Result(subprocess.run([str(WINE_RUN), exe, *args], stdin=subprocess.DEVNULL, capture_output=True,
-                                 env=env or wine_env(), cwd=cwd, timeout=300))
+def run_exe(exe: str, *args, env=None, cwd=None):
+    """The exit code, standard output and standard error of a run."""
+    done = subprocess.run([str(WINE_RUN), exe, *args], stdin=subprocess.DEVNULL, capture_output=True,
+                          env=env or wine_env(), cwd=cwd, timeout=300)
+    return done.returncode, done.stdout.decode("latin-1").replace("\r\n", "\n"), done.stderr.decode("latin-1")
 
 
 @pytest.fixture
@@ -106,9 +98,6 @@ def tool(exe):
 @contextlib.contextmanager
 def held_open(*paths):
     """Holds the Windows paths open without sharing in another process, as a running job would."""
-    if not paths:
-        yield
-        return
     holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), *paths],
                               stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
     try:
@@ -305,11 +294,10 @@ def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None):
     # The tool prints Latin-1, with "?" for what it cannot show.
     expected = BANNER + (model.out() if out is None else out).encode("latin-1", "replace").decode("latin-1")
     wanted = model.left(work)
-    with held_open(*(drive.win(path) for path in held)):
+    with held_open(*(drive.win(path) for path in held)) if held else contextlib.nullcontext():
         result = tool(*args, cwd=cwd)
-    assert re.fullmatch(re.escape(expected).replace(re.escape(MESSAGE), r"[^\n]+"), masked(result.out)), result.out
-    assert (result.code, result.err) == (code, "")
+    assert re.fullmatch(re.escape(expected).replace(re.escape(MESSAGE), r"[^\n]+"), masked(result[1])), result[1]
+    assert (result[0], result[2]) == (code, "")
     assert tree(work) == wanted
     after = snapshot(work)
     assert after == {path: before.get(path) for path in after}
-    return result

@@ -6,7 +6,7 @@ import time
 
 import pytest
 
-from conftest import DAY, OLD, TEST_TOOLS, WINE_RUN, YOUNG, expect_run, make_tree, tree, wine_env
+from conftest import DAY, TEST_TOOLS, WINE_RUN, expect_run, make_tree, tree, wine_env
 
 
 def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, work):
@@ -24,13 +24,11 @@ def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, wor
 
 
 def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(exe, drive, work):
-    files = {f"a_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
-    files.update({"a_big/0000_first.tmp": (OLD, 1), "b_rewritten.txt": (OLD, 1), "c_vanished.txt": (OLD, 1)})
-    make_tree(work, files)
+    make_tree(work, ", ".join(f"a_big/{i:04d}.tmp=o" for i in range(2000)) + ", b_rewritten.txt=o, c_vanished.txt=o")
     run = subprocess.Popen([str(WINE_RUN), exe, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
                            stdout=subprocess.PIPE, env=wine_env())
     # The sibling's first file goes before the rewritten file's turn comes.
-    while (work / "a_big" / "0000_first.tmp").exists():
+    while (work / "a_big" / "0000.tmp").exists():
         pass
     (work / "b_rewritten.txt").write_text("new")
     (work / "c_vanished.txt").unlink()
@@ -43,9 +41,7 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(exe, drive
 
 def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, work):
     temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
-    files = {f"Temp/b_big/{i:04d}.tmp": (OLD, 1) for i in range(2000)}
-    files.update({"Temp/a_first.tmp": (OLD, 1), "Temp/c_last.tmp": (OLD, 1)})
-    make_tree(temp.parent, files)
+    make_tree(temp, ", ".join(f"b_big/{i:04d}.tmp=o" for i in range(2000)) + ", a_first.tmp=o, c_last.tmp=o")
     held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
     renamer = subprocess.Popen(
         [str(WINE_RUN), str(TEST_TOOLS / "kxRenameWhenGone.exe"), drive.win(temp / "a_first.tmp"),
@@ -56,7 +52,7 @@ def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, 
     tries = renamer.communicate(timeout=120)[0].decode().split()
     # 32: a sharing violation for every folder, tried while the sweep went on.
     assert tries == ["32"] * len(held) + ["during"]
-    assert "  2002 files deleted" in result.out
+    assert "  2002 files deleted" in result[1]
     assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/"]
 
 
@@ -64,7 +60,7 @@ def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, 
 # and the free space is read from its real drive.
 def test_relative_folder_cleans_long_paths(tool, drive, work):
     deep = "data/" + "/".join("relative_component_%02d" % i for i in range(14))
-    make_tree(work, {deep + "/old.txt": (OLD, 1), deep + "/new.txt": (YOUNG, 1), "data/x/old.txt": (OLD, 1)})
+    make_tree(work, f"{deep}/old.txt=o, {deep}/new.txt=y, data/x/old.txt=o")
     assert len(deep) > 240
     for folder in ("x\\..\\data", ".\\data", "data"):
         expect_run(tool, drive, work, ["-do", "14", folder], cwd=work)
@@ -73,8 +69,7 @@ def test_relative_folder_cleans_long_paths(tool, drive, work):
 
 def test_deep_tree_with_paths_of_thousands_of_units(tool, drive, work):
     kept = "/".join("level_%04d" % i for i in range(330))
-    files = {kept + "/young.txt": (YOUNG, 1), kept.replace("level", "other") + "/old.txt": (OLD, 1)}
-    files.update({"/".join(kept.split("/")[:depth]) + "/old.txt": (OLD, 1) for depth in range(1, 331)})
-    make_tree(work, files)
+    make_tree(work, ", ".join([f"{kept}/young.txt=y", kept.replace("level", "other") + "/old.txt=o",
+                               *("/".join(kept.split("/")[:depth]) + "/old.txt=o" for depth in range(1, 331))]))
     assert len(drive.win(work / kept / "young.txt")) > 3300
     expect_run(tool, drive, work, ["-do", "14", drive.win(work)])

@@ -50,7 +50,7 @@ def test_zip_named_after_the_banner_version_holds_the_exe_its_dlls_and_their_lic
 def test_exe_version_resource_shows_the_banner_version(node, drive):
     result = run_exe(str(TEST_TOOLS / "kxVersionInfo.exe"), drive.win(node / "bin" / "win64" / "kxDeleteOldFiles.exe"))
     numbers = ".".join(str(int(part)) for part in VERSION.split(".")) + ".0"
-    assert dict(line.split("=", 1) for line in result.out.splitlines()) == {
+    assert dict(line.split("=", 1) for line in result[1].splitlines()) == {
         "FileVersionNumber": numbers, "ProductVersionNumber": numbers,
         "FileVersion": VERSION, "ProductVersion": VERSION, "ProductName": "kxDeleteOldFiles",
         "FileDescription": "KX render farm suite: deletes old files and emptied folders",
@@ -65,7 +65,7 @@ def test_scheduled_command_appends_each_report_to_the_node_log(node, drive, work
     report = Model(drive, ["-do", "14", folder]).out()
     exe = drive.win(node / "bin" / "win64" / "kxDeleteOldFiles.exe")
     log = node / "logs" / "NODE01.log"
-    codes = [run_exe("cmd", "/c", f"{exe} {options} {folder} >>{drive.win(log)} 2>&1").code
+    codes = [run_exe("cmd", "/c", f"{exe} {options} {folder} >>{drive.win(log)} 2>&1")[0]
              for options in ("-do 14", "-do abc")]
     assert codes == [0, 3]
     assert masked(log.read_bytes().decode("latin-1").replace("\r\n", "\n")) == (

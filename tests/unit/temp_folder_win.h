@@ -28,8 +28,9 @@ protected:
         QFile out(file);
         // Flushed first, so no later write dates the file anew.
         EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size() && out.flush());
-        if (time != 0)
+        if (time != 0) {
             EXPECT_TRUE(out.setFileTime(QDateTime::fromSecsSinceEpoch(time), QFileDevice::FileModificationTime));
+        }
         return file;
     }
 

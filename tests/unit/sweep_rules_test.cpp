@@ -1,0 +1,176 @@
+// The sweep's rules where a run cannot reach them cheaply: error texts of codes Wine never gives, the long-path
+// threshold, times, -keep beyond ASCII, number grouping and shares.
+
+#include "app/folder_run.h"
+#include "app/wildcard.h"
+#include "sweep/error_text.h"
+#include "sweep/file_ops.h"
+#include "sweep/file_time.h"
+#include "sweep/keep_pattern.h"
+#include "sweep/listing_rules.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+
+namespace {
+
+// What the fake message tables answer; empty means no message.
+std::u16string systemText;
+std::string statusText;
+
+const ErrorMessageTables kFakeTables = {
+    [](std::uint32_t, char16_t* buffer, int capacity) { return int(systemText.copy(buffer, capacity)); },
+    [](std::uint32_t, char* buffer, int capacity) { return int(statusText.copy(buffer, capacity)); },
+};
+
+TEST(ErrorText, EveryCodeGivesOneFramedLine)
+{
+    const struct { std::uint32_t code; std::u16string system; std::string status; std::u16string expected; } cases[] = {
+        {0, u"Asked.", "", u"No Error."},
+        {126, u"Asked.", "", u"A DLL is missing."},
+        {5, u"Access denied.\r\n", "", u"Error 5: Access denied.."},
+        {5, u"Access denied.\r", "", u"Error 5: Access denied.."},
+        {5, u"Access denied.\n\r", "", u"Error 5: Access denied. ."},
+        {5, u"Two\r\nlines.\n", "", u"Error 5: Two  lines.."},
+        {5, std::u16string(495, u'a'), "", u"Error 5: " + std::u16string(491, u'a')},
+        // The exception table comes before the status messages.
+        {0xC00000FDu, u"", "Asked.", u"EXCEPTION: The thread used up its stack."},
+        {0xC0000034u, u"", "Object\r\nnot found.\r\n", u"Object  not found."},
+        {0xC0000001u, u"\r\n", "", u"ERROR code -1073741823. (No system message found)"},
+    };
+    for (const auto& c : cases) {
+        systemText = c.system;
+        statusText = c.status;
+        const FixedWideString text = systemErrorTextFrom(c.code, kFakeTables);
+        EXPECT_EQ(std::u16string(text.value, text.length), c.expected) << c.code;
+    }
+}
+
+QString padded(const char* head, int length)
+{
+    const QString text = QString::fromLatin1(head);
+    return text + QString(length - text.size(), QLatin1Char('x'));
+}
+
+TEST(LongPathRule, PathsFromTheThresholdOnGetThePrefix)
+{
+    const QString file = QStringLiteral("\\\\?\\"), unc = QStringLiteral("\\\\?\\UNC");
+    const struct { QString path, forFile; } cases[] = {
+        {padded("C:\\", 239), padded("C:\\", 239)},
+        {padded("C:\\", 240), file + padded("C:\\", 240)},
+        {padded("\\\\srv\\s\\", 241), unc + padded("\\srv\\s\\", 240)},
+        // Never cut: a cut path could name another entry.
+        {padded("C:\\", 600), file + padded("C:\\", 600)},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(pathForFileCall(c.path), c.forFile) << c.path.size();
+}
+
+TEST(FileTime, TicksAroundTheEpochTruncateTowardZero)
+{
+    const std::int64_t epoch = 116444736000000000LL;
+    const struct {
+        std::int64_t ticks;
+        TimeStamp seconds;
+    } cases[] = {{epoch, 0}, {epoch + 9999999, 0}, {epoch + 10000000, 1}, {epoch - 10000000, -1}, {epoch - 9999999, 0}};
+    for (const auto& c : cases) {
+        const auto bits = static_cast<std::uint64_t>(c.ticks);
+        EXPECT_EQ(fileTimeToSeconds(std::uint32_t(bits), std::uint32_t(bits >> 32)), c.seconds) << c.ticks;
+    }
+}
+
+TEST(EntryTime, CreationTimeStandsInForALastWriteWithZeroUpperWord)
+{
+    EXPECT_EQ(entryTime(0x12345678u, 0, 7, 0x01D00000u), fileTimeToSeconds(7, 0x01D00000u));
+    EXPECT_EQ(entryTime(0, 1, 0, 0x01D00000u), fileTimeToSeconds(0, 1));
+}
+
+QString text(const char16_t* units)
+{
+    return QString::fromUtf16(units);
+}
+
+TEST(KeepPattern, MatchesTheWholeNameIgnoringCase)
+{
+    const struct {
+        const char16_t* name;
+        const char16_t* pattern;
+        bool matches;
+    } cases[] = {
+        // "*" takes any run, none included; "?" exactly one character.
+        {u"lic", u"*lic", true},
+        {u"abcbc", u"a*bc", true},
+        {u"abcbd", u"a*bc", false},
+        {u"ab", u"a**b", true},
+        {u"cache.tmp", u"cache?.tmp", false},
+        {u"x\U0001F600.tmp", u"x?.tmp", true},
+        // Case as QString folds it, beyond ASCII too.
+        {u"\u00C4PFEL.LIC", u"\u00E4pfel.lic", true},
+        {u"\u017Fhader", u"Shader", true},
+        {u"\U00010400.txt", u"\U00010428.TXT", true},
+    };
+    for (const auto& c : cases) {
+        const QString name = text(c.name);
+        const QString pattern = text(c.pattern);
+        EXPECT_EQ(matchesKeepPattern(name, pattern), c.matches) << name.toStdString() << " " << pattern.toStdString();
+        // Without wildcards, a match is QString's case-insensitive equality.
+        if (!pattern.contains(QLatin1Char('*')) && !pattern.contains(QLatin1Char('?'))) {
+            EXPECT_EQ(c.matches, name.compare(pattern, Qt::CaseInsensitive) == 0) << name.toStdString();
+        }
+    }
+}
+
+TEST(KeepPattern, ManyStarsDoNotBacktrackWithoutEnd)
+{
+    const QString name(200, QLatin1Char('a'));
+    EXPECT_FALSE(matchesKeepPattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*b")));
+    EXPECT_TRUE(matchesKeepPattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*")));
+}
+
+TEST(FolderReport, GroupsDigitsFromOneThousandAndOneOn)
+{
+    const struct {
+        std::int64_t value;
+        const char* text;
+    } cases[] = {
+        {999, "999"}, {1000, "1000"}, {1001, "1 001"}, {1000000, "1000 000"}, {1001000, "1 001 000"},
+        {1234567890, "1 234 567 890"}, {-1500, "-1 500"},
+        // Three groups at most; what stands in front is printed whole.
+        {1234567890123LL, "1234 567 890 123"},
+        {std::numeric_limits<std::int64_t>::min(), "-9223372036 854 775 808"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(formatGroupedNumber(c.value), QString::fromLatin1(c.text)) << c.value;
+}
+
+TEST(FolderReport, FreeSpaceRootOfDriveAndSharePaths)
+{
+    const struct {
+        const char* path;
+        const char* root;
+    } cases[] = {
+        {"C:\\temp\\x", "C:\\"}, {"C:", ""}, {"\\\\srv\\share\\folder", "\\\\srv\\share\\"},
+        {"\\\\srv\\share", ""}, {"//srv/share/folder", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(freeSpaceRoot(QString::fromLatin1(c.path)), QString::fromLatin1(c.root)) << c.path;
+}
+
+// Runs on K: show the rest of the split; a share cannot be named there.
+// Input, then base|nameStart|rest.
+TEST(WildcardSplit, ABareShareIsAFolderAsItStands)
+{
+    const char* const cases[][2] = {
+        {"\\\\srv\\share*\\x", "\\\\srv\\share\\||\\x"},
+        {"\\\\srv\\share\\m*", "\\\\srv\\share\\|m|"},
+    };
+    for (const auto& c : cases) {
+        const WildcardParts parts = splitAtFirstWildcard(QString::fromLatin1(c[0]));
+        EXPECT_EQ(QStringList({parts.base, parts.nameStart, parts.rest}).join(QLatin1Char('|')),
+                  QString::fromLatin1(c[1]))
+            << c[0];
+    }
+}
+
+}

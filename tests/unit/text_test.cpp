@@ -1,0 +1,121 @@
+// Fixed strings, entity decoding and path normalisation, with their odd results kept on purpose.
+
+#include "text/entities.h"
+#include "text/fixed_string.h"
+#include "text/path_normalize.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+FixedWideString wide(const char* text)
+{
+    return FixedWideString::fromNarrow(text);
+}
+
+std::u16string units(const FixedWideString& text)
+{
+    return std::u16string(text.value, text.length);
+}
+
+TEST(FixedString, CutsSilentlyAtCapacityAndSignExtendsHighBytes)
+{
+    EXPECT_EQ(wide(std::string(600, 'a').c_str()).length, 500);
+    EXPECT_EQ(FixedNarrowString100::fromNarrow(std::string(600, 'a').c_str()).length, 100);
+    FixedWideString text = wide(std::string(495, 'a').c_str());
+    text.appendUnits(u"0123456789", 10);
+    EXPECT_EQ(units(text).substr(495), u"01234");
+    text.setLength(-1);
+    EXPECT_EQ(text.length, 0);
+    text.setLength(700);
+    EXPECT_EQ(text.length, 500);
+    EXPECT_EQ(text.value[500], 0);
+    EXPECT_EQ(wide("\xE9").value[0], char16_t(0xFFE9));
+}
+
+TEST(FixedString, NoCaseOperations)
+{
+    const FixedWideString text = wide("C:\\Suite");
+    FixedWideString prefix = wide("c:\\su");
+    EXPECT_TRUE(text.startsWithNoCase(prefix));
+    EXPECT_EQ(units(prefix), u"C:\\SU"); // the prefix is upper-cased in place
+    FixedWideString empty;
+    EXPECT_FALSE(text.startsWithNoCase(empty) || text.endsWithNoCase(FixedWideString()));
+    EXPECT_TRUE(text.endsWithNoCase(wide("ITE")));
+    // The unit 0x0100 is larger than 'A', but its first byte in memory is 0x00.
+    FixedWideString high;
+    high.appendUnits(u"\u0100", 1);
+    EXPECT_LT(high.compareNoCase(wide("A")), 0);
+    EXPECT_LT(wide("ab").compareNoCase(wide("abc")), 0);
+    FixedWideString three = wide("\\\\\\");
+    three.replaceAllNoCase(wide("\\\\"), wide("\\"));
+    EXPECT_EQ(units(three), u"\\\\"); // resumed behind the replacement
+}
+
+TEST(FixedString, IndexOfNoCase)
+{
+    const struct { const char *text, *find; int from, expected; } cases[] = {
+        {"ABC", "abc", 0, 0}, {"ABC", "", 0, -1}, {"ABC", "bc", 2, -1}, {"abcabc", "abc", 1, 3},
+        // Equal sums over different text: the comparison, not the sum, decides.
+        {"adbc", "bc", 0, 2}, {"ad", "bc", 0, -1},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(wide(c.text).indexOfNoCase(wide(c.find), c.from), c.expected) << c.text << " / " << c.find;
+}
+
+// Input, then the decoded text, both Latin-1.
+TEST(EntityDecoding, AmpersandIsDecodedAfterNamedAndBeforeNumericEntities)
+{
+    const char* const cases[][2] = {
+        {"&lt;Root&gt; &quot;a&apos;", "<Root> \"a'"},
+        {"&amp;lt;", "&lt;"},
+        {"&amp;amp;", "&amp;"},
+        {"&amp;#196;", "\xC4"},
+        {"&LT; &#233;", "&LT; &#233;"},
+        {"&#196;&#214;&#220;&#228;&#246;&#252;&#223;", "\xC4\xD6\xDC\xE4\xF6\xFC\xDF"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(decodeEntities(QString::fromLatin1(c[0])), QString::fromLatin1(c[1])) << c[0];
+}
+
+// Input, then normalizePath, then normalizePathFixed where it differs.
+TEST(PathNormalization, SeparatorsCollapseOnceAndOnlyTheFirstParentGroupFolds)
+{
+    const char* const cases[][3] = {
+        {"C:/a//b/../c", "C:/a/c", R"(C:\a\c)"},
+        {R"(C:\a/b\..\c)", R"(C:\c)", R"(C:\a\c)"}, // beside a backslash "/" is text
+        {R"(x\\\y)", R"(x\\y)"},
+        {R"(\\\\srv)", R"(\\\srv)"},
+        {R"(C:\data\jobs\..\..\bin\)", R"(C:\bin\)"},
+        {R"(C:\..\y)", "y"},
+        {R"(a\b\..\..\c)", R"(a\c)"},
+        {R"(ab\..\cd\..\e)", R"(cd\..\e)"},
+        {R"(<Root>\..\x)", R"(<Root>\..\x)"},
+        {R"(<Root>\a\..\x)", R"(<Root>\x)"},
+        {R"(\\srv\share\..\x)", R"(\\srv\sharex)"},
+        {R"(\\srv\share\dir\..\x)", R"(\\srv\share\x)"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(normalizePath(QString::fromLatin1(c[0])), QString::fromLatin1(c[1])) << c[0];
+        FixedWideString fixed = toFixedWide(QString::fromLatin1(c[0]));
+        normalizePathFixed(fixed); // its callers use the text changed in place
+        EXPECT_EQ(toQString(fixed), QString::fromLatin1(c[2] != nullptr ? c[2] : c[1])) << c[0];
+    }
+}
+
+// Input, then the parent in both forms, with the backslash.
+TEST(ParentFolder, DriveAndShareRootsStayAndABareDriveGivesNothing)
+{
+    const char* const cases[][2] = {
+        {"C:", "C:"}, {R"(C:\)", ""}, {"abc", ""}, {R"(C:\a\)", R"(C:\)"}, {R"(a\b)", R"(a\)"},
+        {R"(\\srv)", R"(\\)"}, {R"(\\srv\share\)", R"(\\srv\share)"}, {R"(\\srv\share\dir)", R"(\\srv\share\)"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(parentFolder(QString::fromLatin1(c[0]), QLatin1Char('\\')), QString::fromLatin1(c[1])) << c[0];
+        FixedWideString fixed = toFixedWide(QString::fromLatin1(c[0]));
+        EXPECT_EQ(toQString(parentFolderFixed(fixed)), QString::fromLatin1(c[1])) << c[0];
+    }
+}
+
+}
