@@ -1,10 +1,6 @@
-"""Runs the staged kxDeleteOldFiles.exe under Wine on real folder trees, and
-derives from the tree what a run must print and leave behind.
-
-Every test works below the Wine drive K:, a scratch folder of the session. A
-sample installation of the suite sits at K:\\suite with the staged exe in its
-bin\\win64 folder, so the tool runs as it would on a render node.
-"""
+"""Runs the staged kxDeleteOldFiles.exe under Wine on real folder trees below the drive K:, a scratch
+folder of the session, from a sample installation at K:\\suite, as on a render node; and derives from
+the tree what a run must print and leave behind."""
 
 import contextlib
 import os
@@ -46,7 +42,6 @@ class Drive:
         self.root = root
 
     def win(self, path) -> str:
-        """The Windows form of a path below the drive: K:\\a\\b."""
         return "K:\\" + "\\".join(Path(path).relative_to(self.root).parts)
 
 
@@ -91,7 +86,6 @@ def exe(suite, drive):
 
 @pytest.fixture
 def tool(exe):
-    """Runs the tool from the sample installation."""
     return lambda *args, **kwargs: run_exe(exe, *args, **kwargs)
 
 
@@ -108,33 +102,27 @@ def held_open(*paths):
         holder.wait(timeout=60)
 
 
-def make_tree(root: Path, spec, now=None):
+def make_tree(root: Path, spec: str, now=None):
     """Makes a tree from "path=<age><size>[r], folder/, link->target, name=>file, ...": the age o(ld),
     y(oung), n(ow) or a (file of 1901), a size in bytes (1 when none is given), r for read-only, -> a
-    link to a folder, => a second name of a file; or from a dict {path: (age in seconds, size)}."""
+    link to a folder, => a second name of a file."""
     now = int(time.time()) if now is None else now
-    entries = spec.items() if isinstance(spec, dict) else [entry.partition("=")[::2] for entry in spec.split(", ")]
-    for relative, shape in entries:
-        path = root / relative
-        if "->" in relative:
-            name, target = relative.split("->")
-            (root / name).parent.mkdir(parents=True, exist_ok=True)
-            os.symlink(root / target, root / name, target_is_directory=True)
-            continue
-        if relative.endswith("/"):
-            path.mkdir(parents=True, exist_ok=True)
-            continue
-        if isinstance(shape, str) and shape.startswith(">"):
-            os.link(root / shape[1:], path)
-            continue
-        if isinstance(shape, str):
-            age, size, flags = re.fullmatch(r"([oyna])(\d*)(r?)", shape).groups()
-            shape = ({"o": OLD, "y": YOUNG, "n": 0, "a": now + 2145916800}[age], int(size or 1))
+    for relative, shape in (entry.partition("=")[::2] for entry in spec.split(", ")):
+        path = root / relative.split("->")[0]
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(b"x" * shape[1])
-        os.utime(path, (now - shape[0], now - shape[0]))
-        if isinstance(spec, str) and flags:
-            os.chmod(path, stat.S_IRUSR)
+        if "->" in relative:
+            os.symlink(root / relative.split("->")[1], path, target_is_directory=True)
+        elif relative.endswith("/"):
+            path.mkdir(exist_ok=True)
+        elif shape.startswith(">"):
+            os.link(root / shape[1:], path)
+        else:
+            age, size, flags = re.fullmatch(r"([oyna])(\d*)(r?)", shape).groups()
+            age = {"o": OLD, "y": YOUNG, "n": 0, "a": now + 2145916800}[age]
+            path.write_bytes(b"x" * int(size or 1))
+            os.utime(path, (now - age, now - age))
+            if flags:
+                os.chmod(path, stat.S_IRUSR)
 
 
 def tree(root: Path):
@@ -199,13 +187,11 @@ class Model:
             if not self.local(self.folder).is_dir():
                 return f"Warning: directory {self.folder} does not exist!\n"
             return self.report(self.folder, self.local(self.folder))
-        text = f"Searching for folders matching '{self.folder}'."
         pattern = self.folder.replace("/", "\\")
         star = pattern.index("*")
         base = pattern[:pattern.rfind("\\", 0, star) + 1]
-        names = pattern[star:].split("\\")[1:]
-        start = pattern[len(base):star]
-        return text + (self.expand(base, self.local(base), start, names) if base else "")
+        runs = base and self.expand(base, self.local(base), pattern[len(base):star], pattern[star:].split("\\")[1:])
+        return f"Searching for folders matching '{self.folder}'." + runs
 
     def expand(self, shown: str, local: Path, start: str, names) -> str:
         found = sorted((e for e in os.scandir(local) if e.is_dir() and not e.is_symlink()

@@ -41,10 +41,8 @@ def test_zip_named_after_the_banner_version_holds_the_exe_its_dlls_and_their_lic
     with zipfile.ZipFile(release / name) as archive:
         assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt"] + [f"bin/win64/{f}" for f in BIN]
         notices = archive.read("THIRD-PARTY-NOTICES.txt").decode("utf-8").replace("\r\n", "\n")
-    for dll in (f for f in BIN if f.endswith(".dll")):
-        assert dll in notices
-    for licence in ("LGPL-3", "GPL-3"):
-        assert Path("/usr/share/common-licenses", licence).read_text() in notices
+    assert all(dll in notices for dll in BIN if dll.endswith(".dll"))
+    assert all(Path("/usr/share/common-licenses", licence).read_text() in notices for licence in ("LGPL-3", "GPL-3"))
 
 
 def test_exe_version_resource_shows_the_banner_version(node, drive):

@@ -20,11 +20,14 @@ protected:
     }
     bool exists(const QString& name) const { return QFileInfo::exists(path(name)); }
 
-    // A file last written at time, with the folders on its way.
+    // A file last written at time, with the folders on its way; a name ending
+    // in "/" makes the folder alone.
     QString makeFile(const QString& name, TimeStamp time = 0, const QByteArray& bytes = "x") const
     {
         const QString file = path(name);
         EXPECT_TRUE(QDir().mkpath(file.left(file.lastIndexOf(QLatin1Char('\\')))));
+        if (name.endsWith(QLatin1Char('/')))
+            return file;
         QFile out(file);
         // Flushed first, so no later write dates the file anew.
         EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size() && out.flush());
