@@ -102,11 +102,11 @@ def held_open(*paths):
         holder.wait(timeout=60)
 
 
-def make_tree(root: Path, spec: str, now=None):
+def make_tree(root: Path, spec: str):
     """Makes a tree from "path=<age><size>[r], folder/, link->target, name=>file, ...": the age o(ld),
     y(oung), n(ow) or a (file of 1901), a size in bytes (1 when none is given), r for read-only, -> a
     link to a folder, => a second name of a file."""
-    now = int(time.time()) if now is None else now
+    now = int(time.time())
     for relative, shape in (entry.partition("=")[::2] for entry in spec.split(", ")):
         path = root / relative.split("->")[0]
         path.parent.mkdir(parents=True, exist_ok=True)
