@@ -102,12 +102,12 @@ def held_open(*paths):
         holder.wait(timeout=60)
 
 
-def make_tree(root: Path, spec: str):
+def make_tree(root: Path, layout: str):
     """Makes a tree from "path=<age><size>[r], folder/, link->target, name=>file, ...": the age o(ld),
     y(oung), n(ow) or a (file of 1901), a size in bytes (1 when none is given), r for read-only, -> a
     link to a folder, => a second name of a file."""
     now = int(time.time())
-    for relative, shape in (entry.partition("=")[::2] for entry in spec.split(", ")):
+    for relative, shape in (entry.partition("=")[::2] for entry in layout.split(", ")):
         path = root / relative.split("->")[0]
         path.parent.mkdir(parents=True, exist_ok=True)
         if "->" in relative:
@@ -269,7 +269,7 @@ class Model:
     def left(self, root: Path):
         """What remains below root after the run; what was removed through a link is gone where it is."""
         gone = {path.resolve() for path in self.removed}
-        return [p for p in tree(root) if self.dry or not gone.intersection([(root / p).resolve(), *(root / p).resolve().parents])]
+        return [p for p in tree(root) if self.dry or not gone.intersection([q := (root / p).resolve(), *q.parents])]
 
 
 def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None):

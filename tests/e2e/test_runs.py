@@ -44,8 +44,8 @@ NAMED_LINK = ("target/jobs/j1/old.tmp=o, target/jobs/j1/new.tmp=y, target/direct
               "target/direct/sub/old.tmp=o, named->target")
 
 
-def row(name, spec, args, out=None, code=0, held=""):
-    return pytest.param(spec, args, out, code, held, id=name)
+def row(name, layout, args, out=None, code=0, held=""):
+    return pytest.param(layout, args, out, code, held, id=name)
 
 
 ROWS = [
@@ -129,9 +129,9 @@ ROWS = [
 ]
 
 
-@pytest.mark.parametrize("spec, args, out, code, held", ROWS)
-def test_run(tool, drive, work, spec, args, out, code, held):
-    make_tree(work, spec)
+@pytest.mark.parametrize("layout, args, out, code, held", ROWS)
+def test_run(tool, drive, work, layout, args, out, code, held):
+    make_tree(work, layout)
     folder = drive.win(work)
     args = [arg.replace("{w}", folder) for arg in (args.split(" ") if isinstance(args, str) else args)]
     expect_run(tool, drive, work, args, out and out.replace("{w}", folder), code,
