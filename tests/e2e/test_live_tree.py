@@ -58,11 +58,11 @@ def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, 
     assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/"]
 
 
-# A long relative path is made absolute before it gets the long-path prefix,
-# and the free space is read from its real drive.
+# A long relative path, named or reached, is made absolute before it gets the
+# long-path prefix, and the free space is read from its real drive.
 def test_relative_folder_cleans_long_paths(tool, drive, work):
     deep = "data/" + "/".join("relative_component_%02d" % i for i in range(14))
-    make_tree(work, f"{deep}/old.txt=o, {deep}/new.txt=y, data/x/old.txt=o")
+    make_tree(work, f"{deep}/old.txt=o, {deep}/new.txt=y, data/x/old.txt=o, {deep}/y/old.txt=o")
     assert len(deep) > 240
-    for folder in ("x\\..\\data", ".\\data", "data"):
+    for folder in (deep.replace("/", "\\") + "\\y", "x\\..\\data", ".\\data", "data"):
         expect_run(tool, drive, work, ["-do", "14", folder], cwd=work)
