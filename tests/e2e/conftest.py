@@ -21,6 +21,7 @@ WINE_RUN = TOP / "scripts" / "wine-run"
 WINEPREFIX = Path(os.environ.get("WINEPREFIX", BUILD / "wineprefix"))
 DAY = 24 * 60 * 60
 OLD, YOUNG = 30 * DAY, 60
+EXE = "K:\\suite\\bin\\win64\\kxDeleteOldFiles.exe"
 # Stands for the system's text of an error code, which differs between systems.
 MESSAGE = "<message>"
 
@@ -80,13 +81,8 @@ def run_exe(exe: str, *args, env=None, cwd=None):
 
 
 @pytest.fixture
-def exe(suite, drive):
-    return drive.win(suite / "bin" / "win64" / "kxDeleteOldFiles.exe")
-
-
-@pytest.fixture
-def tool(exe):
-    return lambda *args, **kwargs: run_exe(exe, *args, **kwargs)
+def tool(suite):
+    return lambda *args, **kwargs: run_exe(EXE, *args, **kwargs)
 
 
 @contextlib.contextmanager

@@ -6,9 +6,8 @@ import shutil
 
 import pytest
 
-from conftest import BANNER, STAGE, held_open, run_exe, wine_env
+from conftest import BANNER, EXE, STAGE, held_open, run_exe, wine_env
 
-INSIDE = "K:\\suite\\bin\\win64\\kxDeleteOldFiles.exe"
 OUTSIDE = "K:\\outside\\a\\b\\kxDeleteOldFiles.exe"
 PROBE = ("C:\\temp", "-do", "abc")
 REACHED = BANNER + "Error: Unable to convert abc into a number!\n"
@@ -26,7 +25,7 @@ def outside(drive, suite):
 
 
 @pytest.mark.parametrize("exe, args, env, out, code", [
-    (INSIDE, (), {}, REACHED, 3),
+    (EXE, (), {}, REACHED, 3),
     (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
@@ -47,8 +46,8 @@ def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, driv
     relink.write_text("Root=K:\\suite\\\n")
     try:
         with held_open(drive.win(relink)):
-            result = run_exe(INSIDE, *PROBE)
+            result = run_exe(EXE, *PROBE)
     finally:
         relink.unlink()
     log = "\n[-kxRoot flag: : invalid]\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\suite\\]"
-    assert result[:2] == (1, message(INSIDE, "", log))
+    assert result[:2] == (1, message(EXE, "", log))

@@ -7,7 +7,7 @@ import time
 
 import pytest
 
-from conftest import DAY, TEST_TOOLS, WINE_RUN, expect_run, make_tree, tree, wine_env
+from conftest import DAY, EXE, TEST_TOOLS, WINE_RUN, expect_run, make_tree, tree, wine_env
 
 
 def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, work):
@@ -25,9 +25,9 @@ def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, wor
     pytest.fail("no run of the tool finished within a single second")
 
 
-def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(exe, drive, work):
+def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(suite, drive, work):
     make_tree(work, ", ".join(f"a_big/{i:04d}.tmp=o" for i in range(2000)) + ", b_rewritten.txt=o, c_vanished.txt=o")
-    run = subprocess.Popen([str(WINE_RUN), exe, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
+    run = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
                            stdout=subprocess.PIPE, env=wine_env())
     # The sibling's first file goes before the rewritten file's turn comes.
     while (work / "a_big" / "0000.tmp").exists():

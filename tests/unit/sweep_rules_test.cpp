@@ -33,9 +33,10 @@ TEST(ErrorText, EveryCodeGivesOneFramedLine)
         {5, u"Access denied.\n\r", "", u"Error 5: Access denied. ."},
         {5, u"Two\r\nlines.\n", "", u"Error 5: Two  lines.."},
         {5, std::u16string(495, u'a'), "", u"Error 5: " + std::u16string(491, u'a')},
-        // The exception table comes before the status messages.
+        // The exception table comes before the status messages, whose high bytes are sign-extended.
         {0xC00000FDu, u"", "Asked.", u"EXCEPTION: The thread used up its stack."},
         {0xC0000034u, u"", "Object\r\nnot found.\r\n", u"Object  not found."},
+        {0xC0000034u, u"", "Objet \xE9tranger.", u"Objet \uFFE9tranger."},
         {0xC0000001u, u"\r\n", "", u"ERROR code -1073741823. (No system message found)"},
     };
     for (const auto& c : cases) {

@@ -15,7 +15,7 @@ FixedWideString wide(const char* text)
     return FixedWideString::fromNarrow(text);
 }
 
-TEST(FixedString, IndexOfNoCase)
+TEST(FixedString, SearchAndPrefixIgnoreCase)
 {
     const struct { const char *text, *find; int from, expected; } cases[] = {
         {"ABC", "abc", 0, 0}, {"ABC", "", 0, -1}, {"ABC", "bc", 2, -1}, {"abcabc", "abc", 1, 3},
@@ -24,6 +24,8 @@ TEST(FixedString, IndexOfNoCase)
     };
     for (const auto& c : cases)
         EXPECT_EQ(wide(c.text).indexOfNoCase(wide(c.find), c.from), c.expected) << c.text << " / " << c.find;
+    FixedWideString prefix = wide("c:\\su"); // the call upper-cases it in place
+    EXPECT_TRUE(wide("C:\\Suite").startsWithNoCase(prefix));
 }
 
 // Input, then the decoded text, both Latin-1.
