@@ -1,4 +1,4 @@
-// The fixed strings' search, entity decoding and path normalisation, with their
+// The fixed strings' search and prefix test, entity decoding and path normalisation, with their
 // odd results kept on purpose.
 
 #include "text/entities.h"
