@@ -6,8 +6,6 @@
 KX_TOP=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 KX_CACHE_DIR=${KX_CACHE_DIR:-${XDG_CACHE_HOME:-${HOME:-/root}/.cache}/kxDeleteOldFiles}
 KX_TOOLCHAIN_FILE=$KX_TOP/cmake/mingw-w64-x86_64.cmake
-KX_MINGW_GCC_DLLS=/usr/lib/gcc/x86_64-w64-mingw32/12-posix
-KX_MINGW_LIB_DLLS=/usr/x86_64-w64-mingw32/lib
 KX_WINE64=/usr/lib/wine/wine64
 KX_WINESERVER=/usr/lib/wine/wineserver
 

@@ -34,13 +34,15 @@ def node(release, drive):
     return root
 
 
-def test_zip_named_after_the_banner_version_holds_the_exe_its_dlls_and_their_licences(release):
+def test_zip_named_after_the_banner_version_holds_the_stripped_exe_its_dlls_and_their_licences(release):
     name = f"kxDeleteOldFiles-{VERSION}-win64.zip"
     digest = hashlib.sha256((release / name).read_bytes()).hexdigest()
     assert (release / "SHA256SUMS").read_text() == f"{digest}  {name}\n"
     with zipfile.ZipFile(release / name) as archive:
         assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt"] + [f"bin/win64/{f}" for f in BIN]
         notices = archive.read("THIRD-PARTY-NOTICES.txt").decode("utf-8").replace("\r\n", "\n")
+        # Stripped: no debug sections are left to name.
+        assert not any(b".debug_" in archive.read(f"bin/win64/{f}") for f in BIN)
     assert all(dll in notices for dll in BIN if dll.endswith(".dll"))
     assert all(Path("/usr/share/common-licenses", licence).read_text() in notices for licence in ("LGPL-3", "GPL-3"))
 

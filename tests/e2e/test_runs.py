@@ -3,6 +3,8 @@ the expected output. Every row checks the exact output and exit code, the tree
 left behind, and that each file that stays is unchanged. {w} is the test's
 folder on K:."""
 
+import os
+
 import pytest
 
 from conftest import BANNER, expect_run, make_tree
@@ -44,23 +46,26 @@ NAMED_LINK = ("target/jobs/j1/old.tmp=o, target/jobs/j1/new.tmp=y, target/direct
               "target/direct/sub/old.tmp=o, named->target")
 
 
-def row(name, layout, args, out=None, code=0, held=""):
-    return pytest.param(layout, args, out, code, held, id=name)
+def row(name, layout, args, out=None, code=0, held="", stays=""):
+    """stays names, in words of its own, what must still be there afterwards, whatever the model says."""
+    if layout == CANARY:
+        stays = "old.txt, sub/old.txt"
+    return pytest.param(layout, args, out, code, held, stays, id=name)
 
 
 ROWS = [
     # Old files and emptied subfolders go; young files and the named folder stay.
     row("sweep", "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
-        "-do 14 {w}"),
+        "-do 14 {w}", stays="new.exr, keep/e.exr"),
     row("zero days", "x/y/z.tmp=o5, new.tmp=n5", "-do 0 {w}"),
     # Options in any case, days in base 10, negative days.
     row("options", "new.txt=y", "-DO -010 -V {w}"),
     # The limit is whole days in 64 bits: no value wraps round to delete a new file.
-    row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}"),
-    row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}"),
+    row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}", stays="new.txt"),
+    row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}", stays="new.txt"),
     # Names print as they stand; each entry goes by its own name, whatever Win32 makes of it.
     row("blanks and percent", "100% fertig \u00e9t\u00e9/%d %s.txt=o", ("-do", "14", "{w}\\100% fertig \u00e9t\u00e9", "-v")),
-    row("odd names", ODD, "-v -do 14 {w}"),
+    row("odd names", ODD, "-v -do 14 {w}", stays="old, sp, dir/b.txt"),
     row("odd names dry run", ODD, "-v -do 14 {w} -DryRun"),
     row("outside latin-1", "\u041a\u044d\u0448/old.exr=o, \u041a\u044d\u0448/new.exr=y", "-do 14 {w}\\\u041a\u044d\u0448"),
     # Paths of over 3,300 units.
@@ -69,25 +74,29 @@ ROWS = [
         "-do 14 {w}"),
     # A held file gives its error line, everything else still goes; Errors come before the -v log.
     row("held file", "jobs/a.exr=o1024, jobs/b.exr=o1024, jobs/c.exr=o1024, new.txt=y", "{w} -do 14 -v",
-        held="jobs/b.exr"),
+        held="jobs/b.exr", stays="jobs/b.exr, new.txt"),
     row("held hard links", "outside/free.txt=or, outside/held.txt=or, tree/plain.txt=o, "
-        "tree/free.lnk=>outside/free.txt, tree/held.lnk=>outside/held.txt", "-do 14 {w}\\tree", held="tree/held.lnk"),
+        "tree/free.lnk=>outside/free.txt, tree/held.lnk=>outside/held.txt", "-do 14 {w}\\tree", held="tree/held.lnk",
+        stays="outside/free.txt, outside/held.txt, tree/held.lnk"),
     # A folder that cannot be read is reported and kept: named, below it, or matched (in its run).
-    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", held="named"),
-    row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held"),
-    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", held="users/bob"),
+    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", held="named", stays="named/a.tmp"),
+    row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held", stays="tree/held/c.tmp"),
+    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", held="users/bob", stays="users/bob/Temp/d.tmp"),
     # Links below the named folder are kept and never entered; those the command line names are followed.
     row("link in the tree", "tree/a.old=o, tree/sub/b.old=o, library/canary.old=o, tree/cache->library",
-        "-do 14 -v {w}\\tree"),
-    row("wildcard and links", LINKED_USERS, "-do 14 {w}\\Users\\*\\AppData\\Local\\Temp"),
-    row("named link", NAMED_LINK, "-do 14 {w}\\named\\direct"),
-    row("named link before a star", NAMED_LINK, "-do 14 {w}\\named\\jobs\\*"),
+        "-do 14 -v {w}\\tree", stays="library/canary.old, tree/cache"),
+    row("wildcard and links", LINKED_USERS, "-do 14 {w}\\Users\\*\\AppData\\Local\\Temp",
+        stays="elsewhere/AppData/Local/Temp/canary.tmp, shared/Local/Temp/canary.tmp, Users/linked, Users/bob/AppData"),
+    row("named link", NAMED_LINK, "-do 14 {w}\\named\\direct", stays="named, target/jobs/j1/old.tmp"),
+    row("named link before a star", NAMED_LINK, "-do 14 {w}\\named\\jobs\\*",
+        stays="named, target/jobs/j1/new.tmp, target/direct/old.tmp"),
     # One report per match, in the order the file system lists, matched
     # ignoring case; the text between a star and the next backslash does not
     # narrow the match; slashes separate folders.
     row("m star", "Users/mary/AppData/Local/Temp/a.tmp=o, Users/Mike/AppData/Local/Temp/sub/c.tmp=o, "
         "Users/mona/Documents/, Users/bob/AppData/Local/Temp/d.tmp=o", "-do 14 {w}\\Users\\m*\\appdata\\LOCAL\\temp"),
-    row("trailing dot match", "Users/bob/Temp/new.tmp=y, Users/bob./Temp/old.tmp=o", "-do 14 {w}\\Users\\*\\Temp"),
+    row("trailing dot match", "Users/bob/Temp/new.tmp=y, Users/bob./Temp/old.tmp=o", "-do 14 {w}\\Users\\*\\Temp",
+        stays="Users/bob/Temp/new.tmp"),
     row("missing below a match", "Users/anna/", "{w}\\Users\\*\\Temp -do 1"),
     row("star last", STARS, "-do 14 {w}\\jobs\\*"),
     row("star and backslash", STARS, "-do 14 {w}\\jobs\\*\\"),
@@ -95,16 +104,20 @@ ROWS = [
     row("text after a star", STARS, "-do 14 {w}\\Users\\a*b\\tmp"),
     row("no match", STARS, "-do 14 {w}\\Users\\q*"),
     row("lone star", "Users/", "-do 14 *"),
-    row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp"),
+    row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp",
+        stays="Users/alice/Documents/thesis.doc, shared/Temp/canary.tmp, Users/bob/AppData/Local"),
     row("mixed separators", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp"),
     # -keep: whole names, any case, before age and links; never the cleaned folder or a "*" match.
     row("keep", KEPT, "-v -keep cache?.tmp -KEEP *.lic {w}\\tree -Keep shadercache -do 14 -keep v1.0.exr "
-        "-keep [ab].txt -keep *link -keep frame.*"),
+        "-keep [ab].txt -keep *link -keep frame.*",
+        stays="tree/a.lic, tree/cache1.tmp, tree/[ab].txt, tree/job/frame.lic, tree/ShaderCache/x.bin, "
+        "tree/ShaderCache/sub/y.bin, tree/cachelink, library/canary.old"),
     row("keep below matches", KEPT_USERS, "-dryrun -do 14 {w}\\Users\\*\\Temp -keep *.lic -keep shadercache -keep TEMP -v"),
     # A root flag's value is never the folder, wherever it stands.
-    row("root flag first", ROOTS, "-kxRoot {w}\\root {w}\\target -do 14"),
+    row("root flag first", ROOTS, "-kxRoot {w}\\root {w}\\target -do 14",
+        stays="root/canary.txt, status/old.txt, target/new.txt"),
     row("root flag last", ROOTS, "{w}\\target -do 14 -KXROOT {w}\\root"),
-    row("status flag", ROOTS, "-LoadStatus {w}\\status -do 14 {w}\\target"),
+    row("status flag", ROOTS, "-LoadStatus {w}\\status -do 14 {w}\\target", stays="status/old.txt, root/canary.txt"),
     row("root flag twice", ROOTS, "-kxRoot -kxRoot {w}\\root -do 14", "Warning: directory  does not exist!\n"),
     # Fewer than three arguments print the usage; the first bad argument ends the run untouched.
     row("no arguments", CANARY, (), USAGE, 255),
@@ -129,10 +142,11 @@ ROWS = [
 ]
 
 
-@pytest.mark.parametrize("layout, args, out, code, held", ROWS)
-def test_run(tool, drive, work, layout, args, out, code, held):
+@pytest.mark.parametrize("layout, args, out, code, held, stays", ROWS)
+def test_run(tool, drive, work, layout, args, out, code, held, stays):
     make_tree(work, layout)
     folder = drive.win(work)
     args = [arg.replace("{w}", folder) for arg in (args.split(" ") if isinstance(args, str) else args)]
     expect_run(tool, drive, work, args, out and out.replace("{w}", folder), code,
                [work / path for path in held.split(", ") if path])
+    assert [path for path in stays.split(", ") if path and not os.path.lexists(work / path)] == []
