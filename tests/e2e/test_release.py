@@ -41,9 +41,13 @@ def test_zip_named_after_the_banner_version_holds_the_stripped_exe_its_dlls_and_
     with zipfile.ZipFile(release / name) as archive:
         assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt"] + [f"bin/win64/{f}" for f in BIN]
         notices = archive.read("THIRD-PARTY-NOTICES.txt").decode("utf-8").replace("\r\n", "\n")
+        readme = archive.read("README.txt").decode("utf-8").replace("\r\n", "\n")
         # Stripped: no debug sections are left to name.
         assert not any(b".debug_" in archive.read(f"bin/win64/{f}") for f in BIN)
     assert all(dll in notices for dll in BIN if dll.endswith(".dll"))
+    # The zip's README is the admin part of the project's, not a copy that drifts.
+    admin = (TOP / "README.md").read_text().split("## Command line")[1].split("## Differences")[0]
+    assert admin in readme and "scripts/" not in readme
     assert all(Path("/usr/share/common-licenses", licence).read_text() in notices for licence in ("LGPL-3", "GPL-3"))
 
 
