@@ -18,11 +18,11 @@ bool runFolder(const QString& folder, const RunOptions& options);
 // The warning for a folder to clean that is not there.
 void warnMissingFolder(const QString& folder);
 
-// The same on a folder that a wildcard reached and holds; the run takes the
-// hold over. A pin that holds nothing is reported as a folder that could not
+// The folder run on a folder already reached, held or not; the run takes the
+// hold over. A hold that holds nothing is reported as a folder that could not
 // be read.
-struct FolderPin;
-void runHeldFolder(const QString& folder, FolderPin pin, const RunOptions& options);
+struct FolderHold;
+void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& options);
 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);

@@ -1,7 +1,7 @@
 #include "app/folder_run.h"
 
 #include "sweep/file_ops.h"
-#include "sweep/folder_pin.h"
+#include "sweep/folder_hold_win.h"
 #include "sweep/sweep.h"
 #include "sweep/win32.h"
 #include "text/platform_printf.h"
@@ -15,7 +15,24 @@ constexpr std::uint32_t kUnknownFreeMiB = 1000;
 constexpr int kFreeSpaceRootUnits = 255;
 constexpr int kBytesToMiBShift = 20;
 
-void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& options)
+}
+
+bool runFolder(const QString& folder, const RunOptions& options)
+{
+    if (!folderExists(folder)) {
+        warnMissingFolder(folder);
+        return false;
+    }
+    runReachedFolder(folder, holdNamedFolder(folder), options);
+    return true;
+}
+
+void warnMissingFolder(const QString& folder)
+{
+    platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
+}
+
+void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& options)
 {
     const bool dryRun = options.dryRun;
     const QByteArray folderText = folder.toLatin1();
@@ -36,7 +53,7 @@ void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& opti
     settings.keepPatterns = options.keepPatterns;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
-    sweepHeldFolder(folder, std::move(pin), settings,
+    sweepHeldFolder(folder, std::move(hold), settings,
                     SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
 
     // "Kib" is the report's own spelling.
@@ -48,28 +65,6 @@ void sweepAndReport(const QString& folder, FolderPin pin, const RunOptions& opti
         platformPrintf("\n%s\n\n", log.toLatin1().constData());
     platformPrintf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
                    formatGroupedNumber(freeDriveSpaceMiB(absolutePath(folder))).toLatin1().constData());
-}
-
-}
-
-bool runFolder(const QString& folder, const RunOptions& options)
-{
-    if (!folderExists(folder)) {
-        warnMissingFolder(folder);
-        return false;
-    }
-    sweepAndReport(folder, pinNamedFolder(folder, false), options);
-    return true;
-}
-
-void warnMissingFolder(const QString& folder)
-{
-    platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
-}
-
-void runHeldFolder(const QString& folder, FolderPin pin, const RunOptions& options)
-{
-    sweepAndReport(folder, std::move(pin), options);
 }
 
 std::uint32_t freeDriveSpaceMiB(QString path)

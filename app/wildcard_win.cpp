@@ -1,8 +1,8 @@
 #include "app/wildcard.h"
 
 #include "app/folder_run.h"
-#include "sweep/dir_listing.h"
-#include "sweep/folder_pin.h"
+#include "sweep/dir_listing_win.h"
+#include "sweep/folder_hold_win.h"
 #include "text/platform_printf.h"
 
 #include <utility>
@@ -35,7 +35,7 @@ QString concretePath(const QString& reached, const QStringList& names, qsizetype
 // held folder's listing is asked as well: it shows a link as one.
 bool isListedAsLink(HANDLE folder, const QString& name)
 {
-    DirListingHandle listing = nullptr;
+    DirListing* listing = nullptr;
     listing::create(listing);
     listing::open(listing, folder, QString());
     bool link = false;
@@ -49,17 +49,17 @@ bool isListedAsLink(HANDLE folder, const QString& name)
     return link;
 }
 
-void expandIn(const FolderPin& base, const QString& basePath, const QString& nameStart, const QStringList& names,
+void expandIn(const FolderHold& base, const QString& basePath, const QString& nameStart, const QStringList& names,
               qsizetype next, const RunOptions& options);
 
 // A folder on the way that is there but cannot be held, for example one that
 // another program holds open without sharing, is reported by the run it was on
 // the way to, since nothing below it was examined; below a later "*" it
 // matches nothing.
-void reportUnreachable(FolderPin pin, const QString& concrete, const RunOptions& options)
+void runBlockedFolder(FolderHold hold, const QString& concrete, const RunOptions& options)
 {
     if (!concrete.isEmpty())
-        runHeldFolder(concrete, std::move(pin), options);
+        runReachedFolder(concrete, std::move(hold), options);
 }
 
 // Below a "*" every folder is one that a user may have made, so none may lead
@@ -67,13 +67,13 @@ void reportUnreachable(FolderPin pin, const QString& concrete, const RunOptions&
 // all before it, until the runs below it have ended: none of them can be
 // renamed, removed or replaced by a link in between. Built paths are never
 // read again as patterns, so a "*" in a found name is a character.
-void follow(FolderPin reached, QString path, const QStringList& names, qsizetype next, const RunOptions& options)
+void follow(FolderHold reached, QString path, const QStringList& names, qsizetype next, const RunOptions& options)
 {
     if (!reached.isHeld()) {
-        reportUnreachable(std::move(reached), concretePath(path, names, next), options);
+        runBlockedFolder(std::move(reached), concretePath(path, names, next), options);
         return;
     }
-    std::vector<FolderPin> above;
+    std::vector<FolderHold> above;
     for (; next < names.size(); ++next) {
         const QString& name = names.at(next);
         if (name.contains(kStar)) {
@@ -84,8 +84,8 @@ void follow(FolderPin reached, QString path, const QStringList& names, qsizetype
         path += kBackslash + name;
         if (name.isEmpty() || name == QLatin1String("."))
             continue;
-        FolderPin inner = pinFoundFolder(reached.handle, name, false);
-        if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle, name))) {
+        FolderHold inner = holdFoundFolder(reached.handle(), name);
+        if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle(), name))) {
             warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
             return;
         }
@@ -96,29 +96,29 @@ void follow(FolderPin reached, QString path, const QStringList& names, qsizetype
             return;
         }
         if (!inner.isHeld()) {
-            reportUnreachable(std::move(inner), concrete, options);
+            runBlockedFolder(std::move(inner), concrete, options);
             return;
         }
         above.push_back(std::move(reached));
         reached = std::move(inner);
     }
-    runHeldFolder(path, std::move(reached), options);
+    runReachedFolder(path, std::move(reached), options);
 }
 
 // Only what stands before the "*" narrows the match; a "*" matches neither
 // files nor links.
-void expandIn(const FolderPin& base, const QString& basePath, const QString& nameStart, const QStringList& names,
+void expandIn(const FolderHold& base, const QString& basePath, const QString& nameStart, const QStringList& names,
               qsizetype next, const RunOptions& options)
 {
-    DirListingHandle listing = nullptr;
+    DirListing* listing = nullptr;
     listing::create(listing);
-    listing::open(listing, base.handle, basePath);
+    listing::open(listing, base.handle(), basePath);
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
         if (!listing::isFolder(listing) || listing::isLink(listing) || !name.startsWith(nameStart, Qt::CaseInsensitive))
             continue;
         // Gone, or a link, since the listing: no match either.
-        FolderPin match = pinFoundFolder(base.handle, name, false);
+        FolderHold match = holdFoundFolder(base.handle(), name);
         if (!match.isMissing && !match.isLink)
             follow(std::move(match), basePath + name, names, next, options);
     }
@@ -144,7 +144,7 @@ void expandWildcardFolders(QString path, const RunOptions& options)
     const WildcardParts parts = splitAtFirstWildcard(path);
     if (parts.base.isEmpty())
         return;
-    const FolderPin base = pinNamedFolder(parts.base, false);
+    const FolderHold base = holdNamedFolder(parts.base);
     if (!base.isHeld())
         return;
     // The rest begins with a backslash, so its first name is empty.

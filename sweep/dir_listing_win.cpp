@@ -1,4 +1,4 @@
-#include "sweep/dir_listing.h"
+#include "sweep/dir_listing_win.h"
 
 #include "sweep/listing_rules.h"
 
@@ -16,11 +16,6 @@ const DWORD kInPlaceReparseTags[] = {
     static_cast<DWORD>(IO_REPARSE_TAG_PROJFS),       static_cast<DWORD>(IO_REPARSE_TAG_STORAGE_SYNC),
     static_cast<DWORD>(IO_REPARSE_TAG_ONEDRIVE),
 };
-
-bool isCloudFilesTag(DWORD reparseTag)
-{
-    return (reparseTag & ~static_cast<DWORD>(IO_REPARSE_TAG_CLOUD_MASK)) == static_cast<DWORD>(IO_REPARSE_TAG_CLOUD);
-}
 
 bool keepsDataInPlace(DWORD reparseTag)
 {
@@ -72,6 +67,8 @@ void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
     listing.sizes.append(entry.EndOfFile.QuadPart);
     listing.folderFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
     listing.linkFlags.append(isLinkEntry(entry.FileAttributes, entry.EaSize));
+    listing.readOnlyFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
+    listing.offlineFlags.append(isOfflineEntry(entry.FileAttributes, entry.EaSize));
 }
 
 DWORD readAll(DirListing& listing, HANDLE folder)
@@ -103,6 +100,8 @@ void clearLists(DirListing& listing)
     listing.sizes.clear();
     listing.folderFlags.clear();
     listing.linkFlags.clear();
+    listing.readOnlyFlags.clear();
+    listing.offlineFlags.clear();
 }
 
 // Whether there is a current entry.
@@ -113,12 +112,12 @@ bool atEntry(const DirListing& listing)
 
 }
 
-void create(DirListingHandle& handle)
+void create(DirListing*& handle)
 {
     handle = new DirListing;
 }
 
-DWORD open(DirListingHandle& handle, HANDLE folder, const QString& folderPath)
+DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath)
 {
     if (handle == nullptr)
         return ERROR_INVALID_HANDLE;
@@ -131,7 +130,7 @@ DWORD open(DirListingHandle& handle, HANDLE folder, const QString& folderPath)
     return error;
 }
 
-bool next(DirListingHandle& handle)
+bool next(DirListing*& handle)
 {
     if (handle == nullptr || !handle->isOpen)
         return false;
@@ -143,44 +142,54 @@ bool next(DirListingHandle& handle)
     return false;
 }
 
-bool isFolder(DirListingHandle& handle)
+bool isFolder(DirListing*& handle)
 {
     return handle != nullptr && atEntry(*handle) && handle->folderFlags.at(handle->index);
 }
 
-bool isLink(DirListingHandle& handle)
+bool isLink(DirListing*& handle)
 {
     return handle != nullptr && atEntry(*handle) && handle->linkFlags.at(handle->index);
 }
 
-QString name(DirListingHandle& handle)
+bool isReadOnly(DirListing*& handle)
+{
+    return handle != nullptr && atEntry(*handle) && handle->readOnlyFlags.at(handle->index);
+}
+
+bool isOffline(DirListing*& handle)
+{
+    return handle != nullptr && atEntry(*handle) && handle->offlineFlags.at(handle->index);
+}
+
+QString name(DirListing*& handle)
 {
     if (handle == nullptr || !atEntry(*handle))
         return QString();
     return handle->names.at(handle->index);
 }
 
-QString fullPath(DirListingHandle& handle)
+QString fullPath(DirListing*& handle)
 {
     const QString entry = name(handle);
     return entry.isEmpty() ? QString() : handle->prefix + entry;
 }
 
-TimeStamp time(DirListingHandle& handle)
+TimeStamp time(DirListing*& handle)
 {
     if (handle == nullptr || !atEntry(*handle))
         return 0;
     return handle->times.at(handle->index);
 }
 
-std::int64_t size(DirListingHandle& handle)
+std::int64_t size(DirListing*& handle)
 {
     if (handle == nullptr || !atEntry(*handle))
         return 0;
     return handle->sizes.at(handle->index);
 }
 
-void destroy(DirListingHandle& handle)
+void destroy(DirListing*& handle)
 {
     if (handle == nullptr)
         return;

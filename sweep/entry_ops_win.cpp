@@ -1,43 +1,8 @@
-#include "sweep/entry_ops.h"
+#include "sweep/entry_ops_win.h"
 
 #include "sweep/listing_rules.h"
 
-#include <winternl.h>
-
 namespace {
-
-// A name longer than this many units cannot be counted in bytes by the
-// platform's 16-bit name length; no file system allows one.
-constexpr int kLongestName = 32767;
-
-bool setDisposition(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, const void* info, DWORD size)
-{
-    return SetFileInformationByHandle(file, kind, const_cast<void*>(info), size) != FALSE;
-}
-
-bool isUnknownRequest(DWORD error)
-{
-    return error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION;
-}
-
-DWORD deleteIgnoringReadOnly(HANDLE file)
-{
-    FILE_DISPOSITION_INFO_EX info = {};
-    info.Flags = FILE_DISPOSITION_FLAG_DELETE | FILE_DISPOSITION_FLAG_POSIX_SEMANTICS
-        | FILE_DISPOSITION_FLAG_IGNORE_READONLY_ATTRIBUTE;
-    if (setDisposition(file, FileDispositionInfoEx, &info, sizeof info))
-        return ERROR_SUCCESS;
-    return GetLastError();
-}
-
-DWORD markForDeletion(HANDLE file)
-{
-    FILE_DISPOSITION_INFO info = {};
-    info.DeleteFile = TRUE;
-    if (setDisposition(file, FileDispositionInfo, &info, sizeof info))
-        return ERROR_SUCCESS;
-    return GetLastError();
-}
 
 bool setAttributes(HANDLE file, DWORD attributes)
 {
@@ -47,6 +12,8 @@ bool setAttributes(HANDLE file, DWORD attributes)
     return SetFileInformationByHandle(file, FileBasicInfo, &info, sizeof info) != FALSE;
 }
 
+// Read before the deletion request: once a name is marked for deletion, the
+// system no longer counts it.
 bool hasOtherNames(HANDLE file)
 {
     FILE_STANDARD_INFO info = {};
@@ -58,26 +25,14 @@ bool hasOtherNames(HANDLE file)
 // file kept, or reached through another name outside the tree, keeps it.
 DWORD deleteReadOnly(FileToDelete& file)
 {
-    if (!setAttributes(file.handle, FILE_ATTRIBUTE_NORMAL))
+    const HANDLE handle = file.file.handle;
+    const bool otherNames = hasOtherNames(handle);
+    if (!setAttributes(handle, FILE_ATTRIBUTE_NORMAL))
         return GetLastError();
-    const DWORD error = markForDeletion(file.handle);
-    if (error != ERROR_SUCCESS || hasOtherNames(file.handle))
-        setAttributes(file.handle, file.attributes);
+    const DWORD error = requestDeletion(handle, 0);
+    if (error != ERROR_SUCCESS || otherNames)
+        setAttributes(handle, file.attributes);
     return error;
-}
-
-DWORD deleteWithoutPosixSemantics(FileToDelete& file)
-{
-    if ((file.attributes & FILE_ATTRIBUTE_READONLY) != 0)
-        return deleteReadOnly(file);
-    return markForDeletion(file.handle);
-}
-
-void closeFile(FileToDelete& file)
-{
-    if (file.handle != INVALID_HANDLE_VALUE)
-        CloseHandle(file.handle);
-    file.handle = INVALID_HANDLE_VALUE;
 }
 
 TimeStamp timeOf(const FILE_BASIC_INFO& info)
@@ -88,62 +43,23 @@ TimeStamp timeOf(const FILE_BASIC_INFO& info)
 
 }
 
-HANDLE openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access, ULONG sharing, ULONG options,
-                    DWORD& error)
-{
-    if (name.isEmpty() || name.size() > kLongestName) {
-        error = ERROR_INVALID_NAME;
-        return INVALID_HANDLE_VALUE;
-    }
-    UNICODE_STRING objectName;
-    objectName.Buffer = const_cast<PWSTR>(asWide(name.utf16()));
-    objectName.Length = static_cast<USHORT>(name.size() * sizeof(wchar_t));
-    objectName.MaximumLength = objectName.Length;
-    OBJECT_ATTRIBUTES attributes;
-    // Names are matched ignoring case, as the Win32 calls match them.
-    InitializeObjectAttributes(&attributes, &objectName, OBJ_CASE_INSENSITIVE, folder, nullptr);
-    IO_STATUS_BLOCK status = {};
-    HANDLE handle = INVALID_HANDLE_VALUE;
-    const NTSTATUS result = NtCreateFile(&handle, access | SYNCHRONIZE, &attributes, &status, nullptr, 0, sharing,
-                                         FILE_OPEN, options | FILE_OPEN_REPARSE_POINT | FILE_SYNCHRONOUS_IO_NONALERT,
-                                         nullptr, 0);
-    if (NT_SUCCESS(result)) {
-        error = ERROR_SUCCESS;
-        return handle;
-    }
-    error = RtlNtStatusToDosError(result);
-    return INVALID_HANDLE_VALUE;
-}
-
-bool isGoneError(DWORD error)
-{
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-}
-
-FileToDelete::~FileToDelete()
-{
-    closeFile(*this);
-}
-
 // Opened as the platform's own deletion opens a file: for deletion, sharing
 // everything, so a file that another program holds without sharing deletion
-// fails here with the same sharing violation. The attributes may only be
-// needed for a read-only file, so a file whose attributes may not be changed
-// is still opened and deleted where deletion alone is allowed.
-bool openFileToDelete(HANDLE folder, const QString& name, FileToDelete& file)
+// fails here with the same sharing violation. A read-only file whose
+// attributes may not be changed is still opened, and deleted where deletion
+// alone is allowed.
+bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, FileToDelete& file)
 {
     constexpr ULONG kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    file.handle = openInFolder(folder, name, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, kSharing,
-                               FILE_NON_DIRECTORY_FILE, file.error);
-    if (file.error == ERROR_ACCESS_DENIED)
-        file.handle = openInFolder(folder, name, DELETE | FILE_READ_ATTRIBUTES, kSharing, FILE_NON_DIRECTORY_FILE,
-                                   file.error);
-    if (file.handle == INVALID_HANDLE_VALUE)
+    file.file = openInFolderAskingLess(folder, name, DELETE | FILE_READ_ATTRIBUTES,
+                                       listedReadOnly ? FILE_WRITE_ATTRIBUTES : 0, kSharing, FILE_NON_DIRECTORY_FILE,
+                                       file.error);
+    if (!file.file.isOpen())
         return false;
     FILE_BASIC_INFO info = {};
-    if (!GetFileInformationByHandleEx(file.handle, FileBasicInfo, &info, sizeof info)) {
+    if (!GetFileInformationByHandleEx(file.file.handle, FileBasicInfo, &info, sizeof info)) {
         file.error = GetLastError();
-        closeFile(file);
+        file.file.close();
         return false;
     }
     file.time = timeOf(info);
@@ -151,21 +67,18 @@ bool openFileToDelete(HANDLE folder, const QString& name, FileToDelete& file)
     return true;
 }
 
-// Windows 10 from 1809 on deletes a read-only file when asked to, with no
-// attribute to reset, and unlinks the name at once even while others hold the
-// file open, so its folder can go too. Systems and file systems without it
-// refuse the request as an unknown one; the tool then stops asking for the
-// rest of the run.
+// With POSIX semantics a read-only file goes with no attribute to reset.
+// Where the system refuses that request, it is refused the first time on
+// whatever file comes first, and that file's classic request may then fail on
+// the attribute: it is tried once more the classic way for read-only files.
 DWORD deleteOpenedFile(FileToDelete& file)
 {
-    static bool posixDeleteUnknown = false;
-    DWORD error = ERROR_SUCCESS;
-    if (!posixDeleteUnknown) {
-        error = deleteIgnoringReadOnly(file.handle);
-        posixDeleteUnknown = isUnknownRequest(error);
-    }
-    if (posixDeleteUnknown)
-        error = deleteWithoutPosixSemantics(file);
-    closeFile(file);
+    const bool readOnly = (file.attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    DWORD error = ERROR_ACCESS_DENIED;
+    if (!readOnly || knowsPosixDeletion())
+        error = requestDeletion(file.file.handle, FILE_DISPOSITION_FLAG_IGNORE_READONLY_ATTRIBUTE);
+    if (readOnly && !knowsPosixDeletion() && error == ERROR_ACCESS_DENIED)
+        error = deleteReadOnly(file);
+    file.file.close();
     return error;
 }

@@ -25,6 +25,19 @@ TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32
     return fileTimeToSeconds(writeLow, writeHigh);
 }
 
+bool isCloudFilesTag(std::uint32_t reparseTag)
+{
+    return (reparseTag & ~kReparseTagCloudMask) == kReparseTagCloud;
+}
+
+bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag)
+{
+    constexpr std::uint32_t kNotHere = kAttributeOffline | kAttributeRecallOnOpen | kAttributeRecallOnDataAccess;
+    if ((attributes & kNotHere) != 0)
+        return true;
+    return (attributes & kAttributeReparsePoint) != 0 && isCloudFilesTag(reparseTag);
+}
+
 bool isSelfOrParent(const QString& name)
 {
     return name == QLatin1String(".") || name == QLatin1String("..");

@@ -50,10 +50,10 @@ struct SweepOutputs {
 bool sweepFolder(const QString& folder, const SweepSettings& settings, const SweepOutputs& outputs);
 
 // The same on a folder already held, reached and checked by the caller; the
-// sweep takes the hold over. A pin that holds nothing is reported as a folder
+// sweep takes the hold over. A hold that holds nothing is reported as a folder
 // that could not be read, unless it found nothing there.
-struct FolderPin;
-bool sweepHeldFolder(const QString& folder, FolderPin pin, const SweepSettings& settings,
+struct FolderHold;
+bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings& settings,
                      const SweepOutputs& outputs);
 
 // The same with the settings one by one, the age limit in minutes.

@@ -1,10 +1,10 @@
 #include "sweep/sweep.h"
 
-#include "sweep/dir_listing.h"
-#include "sweep/entry_ops.h"
+#include "sweep/dir_listing_win.h"
+#include "sweep/entry_ops_win.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
-#include "sweep/folder_pin.h"
+#include "sweep/folder_hold_win.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
 #include "text/platform_printf.h"
@@ -36,6 +36,34 @@ void markKept(FolderVerdict& verdict)
     verdict.nothingLeft = false;
 }
 
+QLatin1String latin(const char* text)
+{
+    return QLatin1String(text);
+}
+
+// One decision of the -v log: the tag, the name, in brackets for a folder,
+// and what decided it.
+void logDecision(const Walk& walk, const char* tag, const QString& name, bool isFolder,
+                 const QString& reason = QString())
+{
+    if (!walk.fullLog())
+        return;
+    const QString shown = isFolder ? QLatin1Char('[') + name + QLatin1Char(']') : name;
+    walk.out.log->append(latin("     ") + latin(tag) + QLatin1Char(' ') + shown + reason + QLatin1Char('\n'));
+}
+
+// One line of the report's errors: what failed, and the system's reason.
+void reportError(const Walk& walk, const QString& what, const QString& reason)
+{
+    if (walk.out.errors != nullptr)
+        walk.out.errors->append(what + QLatin1Char(':') + reason + QLatin1Char('\n'));
+}
+
+QString quoted(const char* gap, const QString& text)
+{
+    return latin(gap) + QLatin1Char('\'') + text + QLatin1Char('\'');
+}
+
 // A name that -keep asks for is kept whatever else is true of the entry, its
 // age and link status included. It counts as something left, so its parent
 // stays, with no error.
@@ -44,13 +72,18 @@ bool keepByName(const QString& name, bool isFolder, const Walk& walk, FolderVerd
     const QString* pattern = matchingKeepPattern(walk.settings.keepPatterns, name);
     if (pattern == nullptr)
         return false;
-    if (walk.fullLog()) {
-        const QString shown = isFolder ? QLatin1Char('[') + name + QLatin1Char(']') : name;
-        walk.out.log->append(QLatin1String("     -keep ") + shown + QLatin1String("   '") + *pattern
-                             + QLatin1String("'\n"));
-    }
+    logDecision(walk, "-keep", name, isFolder, quoted("   ", *pattern));
     markKept(verdict);
     return true;
+}
+
+// An entry whose data is not on this machine is neither read, entered nor
+// deleted: its space is not the node's, and deleting a cloud placeholder
+// deletes the cloud's copy. Its parent stays, with no error.
+void keepOffline(const QString& name, bool isFolder, const Walk& walk, FolderVerdict& verdict)
+{
+    logDecision(walk, "-ofl", name, isFolder);
+    markKept(verdict);
 }
 
 void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp now)
@@ -71,23 +104,25 @@ void countDeleted(std::int64_t size, const SweepOutputs& out)
 
 void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
 {
-    if (walk.fullLog())
-        walk.out.log->append(QLatin1String("     -ignT ") + name + QLatin1Char('\n'));
+    logDecision(walk, "-ignT", name, false);
     markKept(verdict);
 }
 
 // Written before the attempt, so it also stands for a deletion that fails.
 void logDeletion(const QString& name, const Walk& walk)
 {
-    if (walk.out.log != nullptr)
-        walk.out.log->append((walk.settings.namesOnly ? QString() : QStringLiteral("     -del ")) + name
-                             + QLatin1Char('\n'));
+    if (walk.out.log == nullptr)
+        return;
+    if (walk.settings.namesOnly)
+        walk.out.log->append(name + QLatin1Char('\n'));
+    else
+        logDecision(walk, "-del", name, false);
 }
 
 // The listing's age decided that the file is opened at all; the file's own
 // time, read through the handle that deletes it, decides whether it goes, so a
 // file written since the listing stays. A dry run opens nothing.
-void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
+void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
 {
     const QString name = listing::name(listing);
     if (walk.settings.dryRun) {
@@ -96,7 +131,11 @@ void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk
         return;
     }
     FileToDelete file;
-    const bool opened = openFileToDelete(folder, name, file);
+    const bool opened = openFileToDelete(folder, name, listing::isReadOnly(listing), file);
+    if (opened && isOfflineEntry(file.attributes, 0)) {
+        keepOffline(name, false, walk, verdict);
+        return;
+    }
     if (opened && !isOldEnough(file.time, walk.settings.ageLimitSeconds, currentTime())) {
         logTooYoung(name, walk, verdict);
         return;
@@ -108,22 +147,22 @@ void deleteListedFile(DirListingHandle& listing, HANDLE folder, const Walk& walk
         countDeleted(listing::size(listing), walk.out);
         return;
     }
-    if (walk.out.errors != nullptr)
-        walk.out.errors->append(listing::fullPath(listing) + QLatin1Char(':') + deletionFailureText(error)
-                                + QLatin1Char('\n'));
+    reportError(walk, listing::fullPath(listing), deletionFailureText(error));
     verdict.failed = true;
     verdict.nothingLeft = false;
 }
 
-void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
+void sweepFile(DirListing*& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
 {
     const QString name = listing::name(listing);
     if (keepByName(name, false, walk, verdict))
         return;
+    if (listing::isOffline(listing)) {
+        keepOffline(name, false, walk, verdict);
+        return;
+    }
     if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
-        if (walk.fullLog())
-            walk.out.log->append(QLatin1String("     -ignS ") + name + QLatin1String("   '") + *suffix
-                                 + QLatin1String("'\n"));
+        logDecision(walk, "-ignS", name, false, quoted("   ", *suffix));
         markKept(verdict);
         return;
     }
@@ -139,14 +178,17 @@ void sweepFile(DirListingHandle& listing, HANDLE folder, TimeStamp now, const Wa
 // (about 16,000 levels within 32,767 units) needs no more stack than a flat one.
 struct FolderFrame {
     QString folder;
+    // The name it was listed by in its parent; empty for the folder the walk
+    // starts at.
+    QString name;
     bool removeIfEmpty;
-    FolderPin pin;
-    DirListingHandle listing = nullptr;
+    FolderHold hold;
+    DirListing* listing = nullptr;
     TimeStamp now = 0;
     FolderVerdict verdict;
 
-    FolderFrame(const QString& folder, bool removeIfEmpty, FolderPin pin)
-        : folder(folder), removeIfEmpty(removeIfEmpty), pin(std::move(pin))
+    FolderFrame(const QString& folder, const QString& name, bool removeIfEmpty, FolderHold hold)
+        : folder(folder), name(name), removeIfEmpty(removeIfEmpty), hold(std::move(hold))
     {
     }
     FolderFrame(const FolderFrame&) = delete;
@@ -162,22 +204,21 @@ using FolderPath = std::deque<FolderFrame>;
 // deleted. A folder that could not be held or read is reported and kept, so
 // it is never removed with files in it that nobody looked at; one that is gone
 // since its listing is silently nothing.
-void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, FolderPin pin, const Walk& walk)
+void enterFolder(FolderPath& path, const QString& folder, const QString& name, bool removeIfEmpty, FolderHold hold,
+                 const Walk& walk)
 {
-    FolderFrame& frame = path.emplace_back(folder, removeIfEmpty, std::move(pin));
+    FolderFrame& frame = path.emplace_back(folder, name, removeIfEmpty, std::move(hold));
     listing::create(frame.listing);
     if (walk.fullLog())
-        walk.out.log->append(QLatin1String("   [") + folder + QLatin1String("]: \n"));
-    DWORD error = frame.pin.error;
-    if (frame.pin.isHeld())
-        error = listing::open(frame.listing, frame.pin.handle, folder);
+        walk.out.log->append(latin("   [") + folder + latin("]: \n"));
+    DWORD error = frame.hold.error;
+    if (frame.hold.isHeld())
+        error = listing::open(frame.listing, frame.hold.handle(), folder);
     frame.now = currentTime();
     printProgress(folder, walk.out.progressStamp, frame.now);
     if (error == ERROR_SUCCESS)
         return;
-    if (walk.out.errors != nullptr)
-        walk.out.errors->append(QLatin1String("Error reading folder ") + folder + QLatin1Char(':')
-                                + toQString(systemErrorText(error)) + QLatin1Char('\n'));
+    reportError(walk, latin("Error reading folder ") + folder, toQString(systemErrorText(error)));
     markKept(frame.verdict);
 }
 
@@ -185,23 +226,26 @@ void enterFolder(FolderPath& path, const QString& folder, bool removeIfEmpty, Fo
 // leads to is not this sweep's to delete.
 void keepLink(const QString& name, const Walk& walk, FolderVerdict& verdict)
 {
-    if (walk.fullLog())
-        walk.out.log->append(QLatin1String("     -lnk [") + name + QLatin1String("]\n"));
+    logDecision(walk, "-lnk", name, true);
     markKept(verdict);
 }
 
-// Subfolders are removed when they end up empty.
+// Entered when nothing about its name or kind keeps it; its removal, once it
+// has been swept and is empty, is leaveFolder's.
 void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 {
     const QString name = listing::name(parent.listing);
     if (keepByName(name, true, walk, parent.verdict))
         return;
+    if (listing::isOffline(parent.listing)) {
+        keepOffline(name, true, walk, parent.verdict);
+        return;
+    }
     // Unlike an ignored file, an ignored folder leaves the kept flag alone: the
     // parent still tries to remove itself, fails on the folder inside and
     // reports that.
     if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
-        if (walk.fullLog())
-            walk.out.log->append(QLatin1String("     -ign [") + name + QLatin1String("]  '") + *suffix + QLatin1String("'\n"));
+        logDecision(walk, "-ign", name, true, quoted("  ", *suffix));
         parent.verdict.nothingLeft = false;
         return;
     }
@@ -209,58 +253,57 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         keepLink(name, walk, parent.verdict);
         return;
     }
-    FolderPin pin = pinFoundFolder(parent.pin.handle, name, true);
-    if (pin.isLink) {
+    FolderHold hold = holdFoundFolder(parent.hold.handle(), name);
+    if (hold.isLink) {
         keepLink(name, walk, parent.verdict);
         return;
     }
-    if (walk.fullLog())
-        walk.out.log->append(QLatin1String("     -dir [") + name + QLatin1String("]\n"));
+    logDecision(walk, "-dir", name, true);
     // Gone since the listing: nothing is left of it.
-    if (pin.isMissing)
+    if (hold.isMissing)
         return;
-    enterFolder(path, listing::fullPath(parent.listing), true, std::move(pin), walk);
+    enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), walk);
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,
-// when it was removed.
-bool leaveFolder(FolderFrame& frame, const Walk& walk)
+// when it was removed. A folder found in its place that is not the one swept
+// is left alone, without an error, and its parent stays.
+bool leaveFolder(FolderPath& path, const Walk& walk)
 {
-    const SweepOutputs& out = walk.out;
+    FolderFrame& frame = path.back();
     const FolderVerdict& verdict = frame.verdict;
     if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
         return verdict.nothingLeft;
     if (walk.settings.dryRun)
         return true;
-    const DWORD error = removePinnedFolder(frame.pin);
-    if (error == ERROR_SUCCESS)
-        return true;
-    if (out.errors != nullptr)
-        out.errors->append(QLatin1String("Error deleting folder ") + frame.folder + QLatin1Char(':')
-                           + toQString(systemErrorText(error)) + QLatin1Char('\n'));
-    return false;
+    const HANDLE parent = path.size() > 1 ? path[path.size() - 2].hold.handle() : INVALID_HANDLE_VALUE;
+    DWORD error = ERROR_SUCCESS;
+    const Removal removal = removeHeldFolder(frame.hold, parent, frame.name, frame.folder, error);
+    if (removal == Removal::Failed)
+        reportError(walk, latin("Error deleting folder ") + frame.folder, toQString(systemErrorText(error)));
+    return removal == Removal::Removed;
 }
 
 }
 
-bool sweepHeldFolder(const QString& folder, FolderPin pin, const SweepSettings& settings, const SweepOutputs& outputs)
+bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings& settings, const SweepOutputs& outputs)
 {
-    if (pin.isMissing)
+    if (hold.isMissing)
         return true;
 
     const Walk walk{settings, outputs};
     FolderPath path;
-    enterFolder(path, folder, settings.removeIfEmpty, std::move(pin), walk);
+    enterFolder(path, folder, QString(), settings.removeIfEmpty, std::move(hold), walk);
     for (;;) {
         FolderFrame& frame = path.back();
         if (listing::next(frame.listing)) {
             if (!listing::isFolder(frame.listing))
-                sweepFile(frame.listing, frame.pin.handle, frame.now, walk, frame.verdict);
+                sweepFile(frame.listing, frame.hold.handle(), frame.now, walk, frame.verdict);
             else if (settings.recurse)
                 visitSubfolder(path, frame, walk);
             continue;
         }
-        const bool nothingLeft = leaveFolder(frame, walk);
+        const bool nothingLeft = leaveFolder(path, walk);
         path.pop_back();
         if (path.empty())
             return nothingLeft;
@@ -273,7 +316,7 @@ bool sweepFolder(const QString& folder, const SweepSettings& settings, const Swe
 {
     if (!folderExists(folder))
         return true;
-    return sweepHeldFolder(folder, pinNamedFolder(folder, settings.removeIfEmpty), settings, outputs);
+    return sweepHeldFolder(folder, holdNamedFolder(folder), settings, outputs);
 }
 
 bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std::int32_t& maxAgeMinutes,

@@ -1,7 +1,7 @@
 // Win32 answers no run here can provoke: reparse tags Wine never makes, "C:", unreadable free space.
 
 #include "app/folder_run.h"
-#include "sweep/dir_listing.h"
+#include "sweep/dir_listing_win.h"
 #include "sweep/file_ops.h"
 
 #include <gtest/gtest.h>

@@ -12,35 +12,24 @@
 // is that entry and no other, at any depth.
 
 #include "sweep/file_time.h"
-#include "sweep/win32.h"
+#include "sweep/handles_win.h"
 
 #include <QString>
-
-// Opens name in the held folder, never following a link at the name itself.
-// INVALID_HANDLE_VALUE on failure, with its reason in error.
-HANDLE openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access, ULONG sharing, ULONG options,
-                    DWORD& error);
-
-// The error says that nothing is there any more.
-bool isGoneError(DWORD error);
 
 // A file found old in a listing, opened for its deletion. The time and the
 // attributes are read through the same handle, so they are the file's as it
 // is now, not as it was listed.
 struct FileToDelete {
-    HANDLE handle = INVALID_HANDLE_VALUE;
+    OwnedHandle file;
     DWORD error = ERROR_SUCCESS;
     TimeStamp time = 0;
     DWORD attributes = 0;
-
-    FileToDelete() = default;
-    FileToDelete(const FileToDelete&) = delete;
-    FileToDelete& operator=(const FileToDelete&) = delete;
-    ~FileToDelete();
 };
 
-// False when the file could not be opened or read; file.error says why.
-bool openFileToDelete(HANDLE folder, const QString& name, FileToDelete& file);
+// False when the file could not be opened or read; file.error says why. Only a
+// file that the listing showed read-only is asked for the access that changes
+// its attributes, which it may need to go.
+bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, FileToDelete& file);
 
 // Deletes the opened file and closes it. ERROR_SUCCESS or the reason it stays.
 DWORD deleteOpenedFile(FileToDelete& file);

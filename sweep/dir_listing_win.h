@@ -13,11 +13,6 @@
 
 #include <cstdint>
 
-struct DirListing;
-
-// The slot through which the caller owns its listing.
-using DirListingHandle = DirListing*;
-
 struct DirListing {
     bool isOpen = false;
     QString prefix;
@@ -27,6 +22,8 @@ struct DirListing {
     QList<std::int64_t> sizes;
     QList<bool> folderFlags;
     QList<bool> linkFlags;
+    QList<bool> readOnlyFlags;
+    QList<bool> offlineFlags;
 };
 
 // A link to another folder: a reparse point whose tag names another place
@@ -38,22 +35,25 @@ bool isLinkEntry(DWORD attributes, DWORD reparseTag);
 
 namespace listing {
 
-void create(DirListingHandle& handle);
+void create(DirListing*& handle);
 
 // Reads the whole folder through the handle held on it; "." and ".." are left
 // out. Full paths are the folder's path, a backslash and the name.
 // ERROR_SUCCESS, or why the folder could not be read to its end: what was read
 // until then is served.
-DWORD open(DirListingHandle& handle, HANDLE folder, const QString& folderPath);
-bool next(DirListingHandle& handle);
+DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath);
+bool next(DirListing*& handle);
 
-bool isFolder(DirListingHandle& handle);
-bool isLink(DirListingHandle& handle);
-QString name(DirListingHandle& handle);
-QString fullPath(DirListingHandle& handle);
-TimeStamp time(DirListingHandle& handle);
-std::int64_t size(DirListingHandle& handle);
+bool isFolder(DirListing*& handle);
+bool isLink(DirListing*& handle);
+bool isReadOnly(DirListing*& handle);
+// The entry's data is not on this machine.
+bool isOffline(DirListing*& handle);
+QString name(DirListing*& handle);
+QString fullPath(DirListing*& handle);
+TimeStamp time(DirListing*& handle);
+std::int64_t size(DirListing*& handle);
 
-void destroy(DirListingHandle& handle);
+void destroy(DirListing*& handle);
 
 }

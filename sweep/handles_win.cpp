@@ -1,0 +1,124 @@
+#include "sweep/handles_win.h"
+
+#include <winternl.h>
+
+#include <utility>
+
+namespace {
+
+// A name longer than this many units cannot be counted in bytes by the
+// platform's 16-bit name length; no file system allows one.
+constexpr int kLongestName = 32767;
+
+// Opening an entry that another program has deleted but still holds open
+// fails with this status, which the platform maps to "access denied".
+constexpr NTSTATUS kStatusDeletePending = static_cast<NTSTATUS>(0xC0000056);
+
+bool posixDeletionUnknown = false;
+
+bool isUnknownRequest(DWORD error)
+{
+    return error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION;
+}
+
+DWORD classicDeletion(HANDLE entry)
+{
+    FILE_DISPOSITION_INFO info = {};
+    info.DeleteFile = TRUE;
+    if (SetFileInformationByHandle(entry, FileDispositionInfo, &info, sizeof info))
+        return ERROR_SUCCESS;
+    return GetLastError();
+}
+
+}
+
+OwnedHandle::OwnedHandle(OwnedHandle&& other) noexcept
+    : handle(std::exchange(other.handle, INVALID_HANDLE_VALUE))
+{
+}
+
+OwnedHandle& OwnedHandle::operator=(OwnedHandle&& other) noexcept
+{
+    if (this != &other) {
+        close();
+        handle = std::exchange(other.handle, INVALID_HANDLE_VALUE);
+    }
+    return *this;
+}
+
+OwnedHandle::~OwnedHandle()
+{
+    close();
+}
+
+void OwnedHandle::close()
+{
+    if (handle != INVALID_HANDLE_VALUE)
+        CloseHandle(handle);
+    handle = INVALID_HANDLE_VALUE;
+}
+
+OwnedHandle openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access, ULONG sharing, ULONG options,
+                         DWORD& error)
+{
+    OwnedHandle opened;
+    if (name.isEmpty() || name.size() > kLongestName) {
+        error = ERROR_INVALID_NAME;
+        return opened;
+    }
+    UNICODE_STRING objectName;
+    objectName.Buffer = const_cast<PWSTR>(asWide(name.utf16()));
+    objectName.Length = static_cast<USHORT>(name.size() * sizeof(wchar_t));
+    objectName.MaximumLength = objectName.Length;
+    OBJECT_ATTRIBUTES attributes;
+    // Names are matched ignoring case, as the Win32 calls match them.
+    InitializeObjectAttributes(&attributes, &objectName, OBJ_CASE_INSENSITIVE, folder, nullptr);
+    IO_STATUS_BLOCK status = {};
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    const NTSTATUS result = NtCreateFile(
+        &handle, access | SYNCHRONIZE, &attributes, &status, nullptr, 0, sharing, FILE_OPEN,
+        options | FILE_OPEN_REPARSE_POINT | FILE_OPEN_NO_RECALL | FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0);
+    if (NT_SUCCESS(result)) {
+        error = ERROR_SUCCESS;
+        opened.handle = handle;
+        return opened;
+    }
+    error = result == kStatusDeletePending ? static_cast<DWORD>(ERROR_DELETE_PENDING) : RtlNtStatusToDosError(result);
+    return opened;
+}
+
+OwnedHandle openInFolderAskingLess(HANDLE folder, const QString& name, ACCESS_MASK access, ACCESS_MASK extra,
+                                   ULONG sharing, ULONG options, DWORD& error)
+{
+    OwnedHandle opened = openInFolder(folder, name, access | extra, sharing, options, error);
+    if (extra != 0 && error == ERROR_ACCESS_DENIED)
+        opened = openInFolder(folder, name, access, sharing, options, error);
+    return opened;
+}
+
+bool isGoneError(DWORD error)
+{
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_DELETE_PENDING;
+}
+
+bool knowsPosixDeletion()
+{
+    return !posixDeletionUnknown;
+}
+
+// Windows 10 from 1809 on knows the POSIX request; older systems and many file
+// servers refuse it as an unknown one, and are then not asked again in this run.
+DWORD requestDeletion(HANDLE entry, ULONG posixFlags)
+{
+    if (!posixDeletionUnknown) {
+        FILE_DISPOSITION_INFO_EX info = {};
+        info.Flags = FILE_DISPOSITION_FLAG_DELETE | FILE_DISPOSITION_FLAG_POSIX_SEMANTICS | posixFlags;
+        if (SetFileInformationByHandle(entry, FileDispositionInfoEx, &info, sizeof info))
+            return ERROR_SUCCESS;
+        const DWORD error = GetLastError();
+        if (!isUnknownRequest(error))
+            return error;
+        posixDeletionUnknown = true;
+    }
+    return classicDeletion(entry);
+}

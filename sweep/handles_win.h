@@ -1,0 +1,48 @@
+#pragma once
+// The one handle layer under the sweep: an owned handle, an entry opened by its
+// exact name relative to the held folder it was listed in, and the deletion
+// request, for files and folders alike.
+
+#include "sweep/win32.h"
+
+#include <QString>
+
+// Closes its handle when it goes; moved, never copied.
+struct OwnedHandle {
+    HANDLE handle = INVALID_HANDLE_VALUE;
+
+    OwnedHandle() = default;
+    OwnedHandle(const OwnedHandle&) = delete;
+    OwnedHandle& operator=(const OwnedHandle&) = delete;
+    OwnedHandle(OwnedHandle&& other) noexcept;
+    OwnedHandle& operator=(OwnedHandle&& other) noexcept;
+    ~OwnedHandle();
+
+    bool isOpen() const { return handle != INVALID_HANDLE_VALUE; }
+    void close();
+};
+
+// Opens name in the held folder, never following a link at the name itself and
+// never recalling data that is not on this machine. On failure the handle is
+// not open and error says why.
+OwnedHandle openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access, ULONG sharing, ULONG options,
+                         DWORD& error);
+
+// The same, asked once more without the extra access where the system denies
+// it: what that access serves may then fail on its own.
+OwnedHandle openInFolderAskingLess(HANDLE folder, const QString& name, ACCESS_MASK access, ACCESS_MASK extra,
+                                   ULONG sharing, ULONG options, DWORD& error);
+
+// Nothing is there any more: not found, or deleted by another program that
+// still holds it open.
+bool isGoneError(DWORD error);
+
+// Whether the system has not yet refused the deletion request with POSIX
+// semantics as unknown.
+bool knowsPosixDeletion();
+
+// Asks for the opened entry's deletion: with POSIX semantics and the extra
+// flags where the system knows that request, which unlinks the name at once
+// even while others hold the entry open; otherwise the classic request, which
+// takes effect when the last handle closes. ERROR_SUCCESS or the reason.
+DWORD requestDeletion(HANDLE entry, ULONG posixFlags);
