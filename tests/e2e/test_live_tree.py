@@ -2,12 +2,13 @@
 changes or is renamed while it is swept, and long relative paths."""
 
 import os
+import re
 import subprocess
 import time
 
 import pytest
 
-from conftest import DAY, EXE, TEST_TOOLS, WINE_RUN, expect_run, make_tree, tree, wine_env
+from conftest import BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, expect_run, held_open, make_tree, masked, tree, wine_env
 
 
 def test_file_one_second_too_young_and_one_at_the_limit_survive(tool, drive, work):
@@ -41,7 +42,7 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(suite, dri
     assert tree(work) == ["b_rewritten.txt"]
 
 
-def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, work):
+def test_folders_from_the_match_down_can_be_entered_but_not_renamed_while_swept(tool, drive, work):
     temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
     make_tree(temp, ", ".join(f"b_big/{i:04d}.tmp=o" for i in range(2000)) + ", a_first.tmp=o, c_last.tmp=o")
     held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
@@ -51,11 +52,24 @@ def test_folders_from_the_match_down_cannot_be_renamed_while_swept(tool, drive, 
         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, env=wine_env())
     assert renamer.stdout.readline().strip() == b"ready"
     result = tool("-do", "14", drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp")
-    tries = renamer.communicate(timeout=120)[0].decode().split()
-    # 32: a sharing violation for every folder, tried while the sweep went on.
-    assert tries == ["32"] * len(held) + ["during"]
+    tries = renamer.communicate(timeout=120)[0].decode().splitlines()
+    # Entered as a rename's target and as a current folder, but not renamed (32,
+    # a sharing violation), each folder tried while the sweep went on.
+    assert tries == ["0 0 32"] * len(held) + ["during"]
     assert "  2002 files deleted" in result[1]
     assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/"]
+
+
+def test_folder_a_program_stands_in_is_cleaned_and_its_removal_reported(tool, drive, work):
+    make_tree(work, "Temp/job/a.tmp=o1024, Temp/job/b.tmp=o1024, Temp/new.tmp=y")
+    job = drive.win(work / "Temp" / "job")
+    count = "  2 files deleted (2 Kib). \n\n"
+    expected = BANNER + Model(drive, ["-do", "14", drive.win(work / "Temp")]).out().replace(
+        count, f"{count}\nErrors:\n Error deleting folder {job}:{MESSAGE}\n \n\n")
+    with held_open("-cd", job):
+        result = tool("-do", "14", drive.win(work / "Temp"))
+    assert re.fullmatch(re.escape(expected).replace(re.escape(MESSAGE), r"[^\n]+"), masked(result[1])), result[1]
+    assert tree(work) == ["Temp/", "Temp/job/", "Temp/new.tmp"]
 
 
 # A long relative path, named or reached, is made absolute before it gets the

@@ -1,24 +1,36 @@
 // Test tool: holds the files or folders named on its command line open without
 // sharing, prints "held" and keeps them open until its standard input closes.
 // Other processes then fail to delete, list or remove them with a sharing
-// violation, as when a render job still has a file open.
+// violation, as when a render job still has a file open. With "-cd <folder>"
+// it makes the folder its current folder instead, as a job started there does.
 
 #include "sweep/win32.h"
 
 #include <cstdio>
+#include <cwchar>
 #include <vector>
+
+namespace {
+
+int failed(DWORD error)
+{
+    printf("failed %lu\n", static_cast<unsigned long>(error));
+    return 2;
+}
+
+}
 
 int wmain(int argc, wchar_t* argv[])
 {
     std::vector<HANDLE> held;
-    for (int i = 1; i < argc; ++i) {
+    const bool standIn = argc == 3 && std::wcscmp(argv[1], L"-cd") == 0;
+    if (standIn && !SetCurrentDirectoryW(argv[2]))
+        return failed(GetLastError());
+    for (int i = 1; i < argc && !standIn; ++i) {
         const HANDLE handle = CreateFileW(argv[i], GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                           FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-        if (handle == INVALID_HANDLE_VALUE) {
-            const DWORD error = GetLastError();
-            printf("failed %lu\n", static_cast<unsigned long>(error));
-            return 2;
-        }
+        if (handle == INVALID_HANDLE_VALUE)
+            return failed(GetLastError());
         held.push_back(handle);
     }
     printf("held\n");
