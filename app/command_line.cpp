@@ -3,7 +3,8 @@
 #include "app/version.h"
 #include "install/root_rules.h"
 #include "sweep/keep_pattern.h"
-#include "text/platform_printf.h"
+#include "app/folder_name.h"
+#include "text/output.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ const char* const kUsageLines[] = {
     "  -v: Enable verbose messages.\n",
     "  -dryrun: List what would be deleted, and delete nothing.\n",
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n",
+    "  -log <file>: Append this report to <file>, in UTF-8.\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -39,61 +41,117 @@ const char* const kUsageLines[] = {
     "\n",
 };
 
+// The tool's own options, matched whole and ignoring case. The root flags are
+// root discovery's, matched by their beginning, and may repeat.
+struct OptionRule {
+    const char* name;
+    bool takesValue;
+    bool repeatable;
+};
+
+const OptionRule kOptionRules[] = {
+    {"-do", true, false},
+    {"-v", false, false},
+    {"-dryrun", false, false},
+    {"-keep", true, true},
+    {"-log", true, false},
+};
+
+const OptionRule* findRule(const QString& argument)
+{
+    for (const OptionRule& rule : kOptionRules) {
+        if (argument.compare(QLatin1String(rule.name), Qt::CaseInsensitive) == 0)
+            return &rule;
+    }
+    return nullptr;
+}
+
 bool isOption(const QString& argument, const char* option)
 {
-    return argument.compare(QString::fromLatin1(option), Qt::CaseInsensitive) == 0;
+    return argument.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
 }
 
-bool takesValue(const QString& argument)
+// An option's value is never one of the tool's own options: "-keep -dryrun"
+// is a forgotten value, and taking "-dryrun" as the pattern would delete for
+// real.
+bool isToolOption(const QString& argument)
 {
-    return isRootFlag(argument) || isOption(argument, "-do") || isOption(argument, "-keep");
+    return findRule(argument) != nullptr || isRootFlag(argument);
 }
 
-// The value after -do or -keep is taken whatever it looks like, so "-do -v"
-// fails to convert. A root flag's value is root discovery's alone.
+int fail(const char* format, const QString& value, int code)
+{
+    printText(fillIn(format, value));
+    return code;
+}
+
+int readDaysOld(const QString& value, RunOptions& options)
+{
+    bool converted = false;
+    options.daysOld = value.toInt(&converted, 10);
+    if (!converted)
+        return fail("Error: Unable to convert %1 into a number!\n", value, kExitBadDaysOld);
+    // A stray minus would make every file old enough, those dated in the
+    // future included.
+    if (options.daysOld < 0)
+        return fail("Error: -do needs a number of days of 0 or more, not '%1'!\n", value, kExitBadDaysOld);
+    return kExitOk;
+}
+
+// A root flag's value is root discovery's alone.
 int readValue(const QString& option, const QString& value, RunOptions& options)
 {
-    if (isOption(option, "-do")) {
-        bool converted = false;
-        options.daysOld = value.toInt(&converted, 10);
-        if (converted)
-            return kExitOk;
-        platformPrintf("Error: Unable to convert %s into a number!\n", value.toLatin1().constData());
-        return kExitBadDaysOld;
-    }
+    if (isOption(option, "-do"))
+        return readDaysOld(value, options);
     if (isOption(option, "-keep")) {
-        if (!isKeepPattern(value)) {
-            platformPrintf("Error: -keep needs a name pattern without a folder separator, not '%s'!\n",
-                           value.toLatin1().constData());
-            return kExitBadOption;
-        }
+        if (!isKeepPattern(value))
+            return fail("Error: -keep needs a name pattern without a folder separator, not '%1'!\n", value,
+                        kExitBadOption);
         options.keepPatterns.append(value);
+    }
+    if (isOption(option, "-log")) {
+        options.logFile = value;
+        options.hasLogFile = true;
     }
     return kExitOk;
 }
 
-// Any other argument that begins with "-" is a typo, never the directory.
-int readSingle(const QString& argument, int index, RunOptions& options)
+void readSwitch(const QString& argument, RunOptions& options)
 {
-    if (isOption(argument, "-v")) {
+    if (isOption(argument, "-v"))
         options.verbose = true;
-        return kExitOk;
-    }
-    if (isOption(argument, "-dryrun")) {
+    if (isOption(argument, "-dryrun"))
         options.dryRun = true;
-        return kExitOk;
-    }
-    if (argument.startsWith(QLatin1Char('-'))) {
-        platformPrintf("Error: Unknown option %s!\n", argument.toLatin1().constData());
-        return kExitBadOption;
-    }
-    if (options.directoryIndex > 0) {
-        platformPrintf("Error: More than one folder given: %s and %s!\n", options.directory.toLatin1().constData(),
-                       argument.toLatin1().constData());
+}
+
+// Any other argument that begins with "-" is a typo, never the directory.
+int readFolder(const QString& argument, RunOptions& options)
+{
+    if (argument.startsWith(QLatin1Char('-')))
+        return fail("Error: Unknown option %1!\n", argument, kExitBadOption);
+    if (options.hasDirectory) {
+        printText(fillIn("Error: More than one folder given: %1 and %2!\n", options.directory, argument));
         return kExitBadOption;
     }
     options.directory = argument;
-    options.directoryIndex = index;
+    options.hasDirectory = true;
+    return kExitOk;
+}
+
+// The folder as the command line gives it can only name a folder: a quoting
+// slip or a guessed wildcard ends the run before anything is touched.
+int checkFolder(const RunOptions& options)
+{
+    if (!options.hasDirectory) {
+        printText(QStringLiteral("Error: no folder given!\n"));
+        return kExitBadOption;
+    }
+    if (!canBeFolderName(options.directory))
+        return fail("Error: '%1' cannot be a folder name!\n", options.directory, kExitBadOption);
+    if (options.directory.contains(QLatin1Char('*')) && !isFullPath(options.directory)) {
+        printText(QStringLiteral("Error: a folder with a * must be a full path, such as D:\\cache\\*\\tmp!\n"));
+        return kExitBadOption;
+    }
     return kExitOk;
 }
 
@@ -101,46 +159,40 @@ int readSingle(const QString& argument, int index, RunOptions& options)
 
 void printBanner()
 {
-    platformPrintf("%s", kBannerRule);
-    platformPrintf("%s", kToolName);
-    platformPrintf("%s", kVersion);
-    platformPrintf("\n");
-    platformPrintf(". ");
-    platformPrintf("%s", kMakerNotice);
-    platformPrintf("\n");
-    platformPrintf("%s", kBannerRule);
+    printText(QLatin1String(kBannerRule) + QLatin1String(kToolName) + QLatin1String(kVersion) + QLatin1Char('\n')
+              + QLatin1String(". ") + QLatin1String(kMakerNotice) + QLatin1Char('\n') + QLatin1String(kBannerRule));
 }
 
 void printUsage()
 {
     for (const char* line : kUsageLines)
-        platformPrintf("%s", line);
+        printText(QLatin1String(line));
 }
 
-int readOptions(int argc, char* argv[], RunOptions& options)
+int readOptions(const QStringList& arguments, RunOptions& options)
 {
-    int i = 1;
-    while (i < argc) {
-        const QString argument = QString::fromLatin1(argv[i]);
-        if (!takesValue(argument)) {
-            const int code = readSingle(argument, i, options);
+    QList<const OptionRule*> seen;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
+        const OptionRule* rule = findRule(argument);
+        if (rule == nullptr && !isRootFlag(argument)) {
+            const int code = readFolder(argument, options);
             if (code != kExitOk)
                 return code;
-            ++i;
             continue;
         }
-        if (i + 1 == argc) {
-            platformPrintf("Error: %s needs a value!\n", argument.toLatin1().constData());
-            return kExitBadOption;
+        if (rule != nullptr && !rule->repeatable && seen.contains(rule))
+            return fail("Error: %1 given twice!\n", argument, kExitBadOption);
+        seen.append(rule);
+        if (rule != nullptr && !rule->takesValue) {
+            readSwitch(argument, options);
+            continue;
         }
-        const QString value = QString::fromLatin1(argv[i + 1]);
-        const int code = readValue(argument, value, options);
+        if (i + 1 == arguments.size() || isToolOption(arguments.at(i + 1)))
+            return fail("Error: %1 needs a value!\n", argument, kExitBadOption);
+        const int code = readValue(argument, arguments.at(++i), options);
         if (code != kExitOk)
             return code;
-        // Root discovery reads the argument after every root flag, even one
-        // that is another option's value; that value is read again here, so
-        // what discovery takes as a root never becomes the directory.
-        i += isRootFlag(value) ? 1 : 2;
     }
-    return kExitOk;
+    return checkFolder(options);
 }

@@ -23,22 +23,19 @@ struct RunOptions {
     bool verbose = false;
     bool dryRun = false;
     QString directory;
-    // Where on the command line the directory stands; 0 when it is not given.
-    int directoryIndex = 0;
+    bool hasDirectory = false;
     // Names below the directory that are never deleted, in command-line order.
     QStringList keepPatterns;
+    // The file each run's report is appended to.
+    QString logFile;
+    bool hasLogFile = false;
 };
 
 void printBanner();
 void printUsage();
 
-// Reads the options from left to right: -do, -keep, -v, -dryrun, the values
-// of the root flags, and one directory. Returns kExitOk, or at the first bad
+// Reads the options from left to right, the program's name first: -do, -keep,
+// -v, -dryrun, -log, the values of the root flags, and one directory, then
+// checks that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
-int readOptions(int argc, char* argv[], RunOptions& options);
-
-// Argument index of the command line as Windows holds it, in UTF-16, so that
-// a folder named outside the 8-bit code page reaches the tool whole. Empty
-// when the line does not split into argc arguments as the run-time library
-// split it.
-QString wideArgument(int index, int argc);
+int readOptions(const QStringList& arguments, RunOptions& options);

@@ -4,7 +4,7 @@
 #include "sweep/folder_hold_win.h"
 #include "sweep/sweep.h"
 #include "sweep/win32.h"
-#include "text/platform_printf.h"
+#include "text/output.h"
 
 #include <utility>
 
@@ -29,16 +29,16 @@ bool runFolder(const QString& folder, const RunOptions& options)
 
 void warnMissingFolder(const QString& folder)
 {
-    platformPrintf("Warning: directory %s does not exist!\n", folder.toLatin1().constData());
+    printText(fillIn("Warning: directory %1 does not exist!\n", folder));
 }
 
 void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& options)
 {
     const bool dryRun = options.dryRun;
-    const QByteArray folderText = folder.toLatin1();
-    platformPrintf(dryRun ? "\nDry run in folder '%s': files older than %d days are only listed, nothing is deleted.\n"
-                          : "\nStarting to delete files in folder '%s', File have to be older than %d days.\n",
-                   folderText.constData(), options.daysOld);
+    const QString days = QString::number(options.daysOld);
+    printText(fillIn(dryRun ? "\nDry run in folder '%1': files older than %2 days are only listed, nothing is deleted.\n"
+                            : "\nStarting to delete files in folder '%1', File have to be older than %2 days.\n",
+                     folder, days));
 
     QString errors;
     QString log;
@@ -57,14 +57,14 @@ void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& 
                     SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
 
     // "Kib" is the report's own spelling.
-    platformPrintf(dryRun ? "  %d files would be deleted (%s Kib). \n\n" : "  %d files deleted (%s Kib). \n\n",
-                   deletedCount, formatGroupedNumber(deletedKiB).toLatin1().constData());
+    printText(fillIn(dryRun ? "  %1 files would be deleted (%2 Kib). \n\n" : "  %1 files deleted (%2 Kib). \n\n",
+                     QString::number(deletedCount), formatGroupedNumber(deletedKiB)));
     if (!errors.isEmpty())
-        platformPrintf("\nErrors:\n %s \n\n", errors.toLatin1().constData());
+        printText(fillIn("\nErrors:\n %1 \n\n", errors));
     if (options.verbose)
-        platformPrintf("\n%s\n\n", log.toLatin1().constData());
-    platformPrintf("  Done. Free drive space in %s is %s MiB\n\n", folderText.constData(),
-                   formatGroupedNumber(freeDriveSpaceMiB(absolutePath(folder))).toLatin1().constData());
+        printText(fillIn("\n%1\n\n", log));
+    printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder,
+                     formatGroupedNumber(freeDriveSpaceMiB(absolutePath(folder)))));
 }
 
 std::uint32_t freeDriveSpaceMiB(QString path)

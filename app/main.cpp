@@ -1,34 +1,52 @@
 #include "app/command_line.h"
 #include "app/folder_run.h"
+#include "app/log_file.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
-#include "text/platform_printf.h"
+#include "text/output.h"
 
-int main(int argc, char* argv[])
+namespace {
+
+// The command line as Windows holds it, in UTF-16, split once: a name in any
+// script reaches the tool whole, whatever the system's 8-bit code page.
+QStringList argumentList(int argc, wchar_t* argv[])
 {
-    printBanner();
-    if (argc < kMinimumArgc) {
-        printUsage();
-        return kExitUsage;
-    }
-    if (!checkInstallRoot(argc, argv))
-        return kExitRootNotFound;
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromWCharArray(argv[i]));
+    return arguments;
+}
 
-    RunOptions options;
-    const int optionsExit = readOptions(argc, argv, options);
-    if (optionsExit != kExitOk)
-        return optionsExit;
-
-    if (options.directoryIndex > 0) {
-        const QString folder = wideArgument(options.directoryIndex, argc);
-        if (!folder.isEmpty())
-            options.directory = folder;
-    }
-    progressStamp() = 0;
+int cleanFolders(const RunOptions& options)
+{
     // No line feed: the start line of the first folder begins with one, while a
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
-        platformPrintf("Searching for folders matching '%s'.", options.directory.toLatin1().constData());
+        printText(fillIn("Searching for folders matching '%1'.", options.directory));
     expandWildcardFolders(options.directory, options);
     return kExitOk;
+}
+
+}
+
+int wmain(int argc, wchar_t* argv[])
+{
+    const QStringList arguments = argumentList(argc, argv);
+    printBanner();
+    if (arguments.size() < kMinimumArgc) {
+        printUsage();
+        return kExitUsage;
+    }
+    if (!checkInstallRoot(arguments))
+        return kExitRootNotFound;
+
+    RunOptions options;
+    const int optionsExit = readOptions(arguments, options);
+    if (optionsExit != kExitOk)
+        return optionsExit;
+    if (options.hasLogFile && !openLogFile(options.logFile))
+        return kExitBadOption;
+    const int code = cleanFolders(options);
+    reportLogFailure();
+    return code;
 }

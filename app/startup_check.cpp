@@ -12,11 +12,11 @@ const char kRootFailureTemplate[] =
 
 // Each arg() fills the lowest placeholder left in the text at that moment, so a
 // "%2" inside the program name is filled by the next call; that is kept.
-QString rootFailureMessage(int argc, char* argv[], const QString& rootLog)
+QString rootFailureMessage(const QStringList& arguments, const QString& rootLog)
 {
-    const QStringList flagValues = kxRootFlagValues(argc, argv);
+    const QStringList flagValues = kxRootFlagValues(arguments);
     const QString flagValue = flagValues.isEmpty() ? QString() : flagValues.last();
-    const QString program = (argc > 0 && argv[0] != nullptr) ? QString::fromLatin1(argv[0]) : QString();
+    const QString program = arguments.isEmpty() ? QString() : arguments.first();
     const QLatin1Char blank(' ');
     return QString::fromLatin1(kRootFailureTemplate)
         .arg(program, 0, blank)

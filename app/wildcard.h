@@ -7,7 +7,8 @@
 #include <cstdint>
 
 // Runs the folder run on every folder the path names, expanding one "*"
-// component at a time, depth-first. A path without "*" is run directly.
+// component at a time, depth-first. A path without "*" is run directly; one
+// with a "*" is a full path.
 void expandWildcardFolders(QString path, const RunOptions& options);
 
 // A path cut at its first "*". Only the backslash separates here.

@@ -3,19 +3,27 @@
 #include "app/folder_run.h"
 #include "sweep/dir_listing_win.h"
 #include "sweep/folder_hold_win.h"
-#include "text/platform_printf.h"
+#include "sweep/keep_pattern.h"
+#include "text/output.h"
 
 #include <utility>
 #include <vector>
 
 namespace {
 
+// One expansion of the folder argument: the options every run gets, and how
+// many folders it reported, cleaned, missing or skipped.
+struct Expansion {
+    const RunOptions& options;
+    int reported = 0;
+};
+
 const QChar kBackslash = QLatin1Char('\\');
 const QChar kStar = QLatin1Char('*');
 
 void warnReachedThroughLink(const QString& path)
 {
-    platformPrintf("Warning: directory %s is reached through a link, skipped!\n", path.toLatin1().constData());
+    printText(fillIn("Warning: directory %1 is reached through a link, skipped!\n", path));
 }
 
 // The path as the command line gives it, from the folder reached so far on:
@@ -49,17 +57,18 @@ bool isListedAsLink(HANDLE folder, const QString& name)
     return link;
 }
 
-void expandIn(const FolderHold& base, const QString& basePath, const QString& nameStart, const QStringList& names,
-              qsizetype next, const RunOptions& options);
+void expandIn(const FolderHold& base, const QString& basePath, const QString& pattern, const QStringList& names,
+              qsizetype next, Expansion& expansion);
 
 // A folder on the way that is there but cannot be held, for example one that
 // another program holds open without sharing, is reported by the run it was on
 // the way to, since nothing below it was examined; below a later "*" it
 // matches nothing.
-void runBlockedFolder(FolderHold hold, const QString& concrete, const RunOptions& options)
+void runBlockedFolder(FolderHold hold, const QString& concrete, Expansion& expansion)
 {
     if (!concrete.isEmpty())
-        runReachedFolder(concrete, std::move(hold), options);
+        runReachedFolder(concrete, std::move(hold), expansion.options);
+        ++expansion.reported;
 }
 
 // Below a "*" every folder is one that a user may have made, so none may lead
@@ -67,17 +76,17 @@ void runBlockedFolder(FolderHold hold, const QString& concrete, const RunOptions
 // all before it, until the runs below it have ended: none of them can be
 // renamed, removed or replaced by a link in between. Built paths are never
 // read again as patterns, so a "*" in a found name is a character.
-void follow(FolderHold reached, QString path, const QStringList& names, qsizetype next, const RunOptions& options)
+void follow(FolderHold reached, QString path, const QStringList& names, qsizetype next, Expansion& expansion)
 {
     if (!reached.isHeld()) {
-        runBlockedFolder(std::move(reached), concretePath(path, names, next), options);
+        runBlockedFolder(std::move(reached), concretePath(path, names, next), expansion);
         return;
     }
     std::vector<FolderHold> above;
     for (; next < names.size(); ++next) {
         const QString& name = names.at(next);
         if (name.contains(kStar)) {
-            expandIn(reached, path + kBackslash, name.left(name.indexOf(kStar)), names, next + 1, options);
+            expandIn(reached, path + kBackslash, name, names, next + 1, expansion);
             return;
         }
         const QString concrete = concretePath(path, names, next);
@@ -87,40 +96,44 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
         FolderHold inner = holdFoundFolder(reached.handle(), name);
         if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle(), name))) {
             warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
+            ++expansion.reported;
             return;
         }
         // What is missing below a later "*" matches nothing.
         if (inner.isMissing) {
-            if (!concrete.isEmpty())
+            if (!concrete.isEmpty()) {
                 warnMissingFolder(concrete);
+                ++expansion.reported;
+            }
             return;
         }
         if (!inner.isHeld()) {
-            runBlockedFolder(std::move(inner), concrete, options);
+            runBlockedFolder(std::move(inner), concrete, expansion);
             return;
         }
         above.push_back(std::move(reached));
         reached = std::move(inner);
     }
-    runReachedFolder(path, std::move(reached), options);
+    runReachedFolder(path, std::move(reached), expansion.options);
+    ++expansion.reported;
 }
 
-// Only what stands before the "*" narrows the match; a "*" matches neither
-// files nor links.
-void expandIn(const FolderHold& base, const QString& basePath, const QString& nameStart, const QStringList& names,
-              qsizetype next, const RunOptions& options)
+// The component matches whole folder names, each "*" standing for any run of
+// characters, ignoring case; a "*" matches neither files nor links.
+void expandIn(const FolderHold& base, const QString& basePath, const QString& pattern, const QStringList& names,
+              qsizetype next, Expansion& expansion)
 {
     DirListing* listing = nullptr;
     listing::create(listing);
     listing::open(listing, base.handle(), basePath);
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
-        if (!listing::isFolder(listing) || listing::isLink(listing) || !name.startsWith(nameStart, Qt::CaseInsensitive))
+        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesKeepPattern(name, pattern))
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderHold match = holdFoundFolder(base.handle(), name);
         if (!match.isMissing && !match.isLink)
-            follow(std::move(match), basePath + name, names, next, options);
+            follow(std::move(match), basePath + name, names, next, expansion);
     }
     listing::destroy(listing);
 }
@@ -128,27 +141,31 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& na
 }
 
 // What the command line names before its first "*" is the admin's own choice,
-// links included, and is opened as named. The text between a "*" and the next
-// separator does not narrow the folders that match, and it is not put back
-// into the built path: that is the tool's long-standing behaviour, kept on
-// purpose.
+// links included, and is opened as named. Whatever is missing or matches
+// nothing is said, so a scheduled task never shows success on a run that
+// cleaned nothing.
 void expandWildcardFolders(QString path, const RunOptions& options)
 {
     if (!path.contains(kStar)) {
         runFolder(path, options);
         return;
     }
+    const QString given = path;
     // A slash in a path with a "*" separates folders as a backslash does, so a
     // mistyped separator never turns the rest of the path into a name filter.
     path.replace(QLatin1Char('/'), kBackslash);
     const WildcardParts parts = splitAtFirstWildcard(path);
-    if (parts.base.isEmpty())
-        return;
     const FolderHold base = holdNamedFolder(parts.base);
-    if (!base.isHeld())
+    if (base.isMissing) {
+        warnMissingFolder(parts.base.chopped(1));
         return;
+    }
+    Expansion expansion{options};
     // The rest begins with a backslash, so its first name is empty.
     QStringList names = parts.rest.split(kBackslash);
     names.removeFirst();
-    expandIn(base, parts.base, parts.nameStart, names, 0, options);
+    if (base.isHeld())
+        expandIn(base, parts.base, parts.nameStart + kStar + parts.nameEnd, names, 0, expansion);
+    if (expansion.reported == 0)
+        printText(fillIn("\nWarning: no folder matches '%1'!\n", given));
 }

@@ -6,6 +6,7 @@
 #include "text/fixed_string.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -26,7 +27,7 @@ struct InstallPaths {
 };
 
 // Entries 0, 29 and 30 must hold what root discovery left there.
-void buildInstallLayout(InstallPaths& paths, int argc, char* argv[], bool cfgGlobalFromExeRoot,
+void buildInstallLayout(InstallPaths& paths, const QStringList& arguments, bool cfgGlobalFromExeRoot,
                         bool renderAppsFromExeRoot, FixedNarrowString100 renderAppsOverride,
                         bool win64Binaries);
 
@@ -46,7 +47,7 @@ struct LayoutSources {
     // The override folder as renderAppsOverrideFolder gives it; empty when no
     // override applies (none given, or no such folder).
     QString renderAppsOverride;
-    // Entry 33 is set only when argc is above 0; appFolder is appFolder(argv[0])
+    // Entry 33 is set only when there is a program name; appFolder is appFolder(its name)
     // read as Latin-1, before normalisation.
     bool hasAppFolder = false;
     QString appFolder;

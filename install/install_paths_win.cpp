@@ -4,7 +4,7 @@
 #include "sweep/file_ops.h"
 #include "sweep/win32.h"
 
-void buildInstallLayout(InstallPaths& paths, int argc, char* argv[], bool cfgGlobalFromExeRoot,
+void buildInstallLayout(InstallPaths& paths, const QStringList& arguments, bool cfgGlobalFromExeRoot,
                         bool renderAppsFromExeRoot, FixedNarrowString100 renderAppsOverride, bool win64Binaries)
 {
     LayoutSources sources;
@@ -15,9 +15,9 @@ void buildInstallLayout(InstallPaths& paths, int argc, char* argv[], bool cfgGlo
     if (!renderAppsOverride.isEmpty() && folderExists(toQString(renderAppsOverride)))
         sources.renderAppsOverride = toQString(renderAppsOverrideFolder(renderAppsOverride));
 
-    if (argc > 0) {
+    if (!arguments.isEmpty()) {
         FixedNarrowString250 folder;
-        appFolder(argv[0], folder);
+        appFolder(arguments.first().toLatin1().constData(), folder);
         sources.hasAppFolder = true;
         sources.appFolder = toQString(folder);
     }

@@ -26,16 +26,18 @@ void tryEnvironment(QString& candidate, QString& rootLog, const char* variable, 
     testCandidate(candidate, rootLog);
 }
 
-QString programName(int argc, char* argv[])
+QString programName(const QStringList& arguments)
 {
-    return (argc >= 1 && argv[0] != nullptr) ? QString::fromLatin1(argv[0]) : QString();
+    return arguments.isEmpty() ? QString() : arguments.first();
 }
 
 // Two folders above the executable's folder: X:\suite\bin\win64\ gives X:\suite\.
-QString applicationCandidate(int argc, char* argv[])
+QString applicationCandidate(const QStringList& arguments)
 {
     FixedNarrowString250 folder;
-    appFolder(argc >= 1 ? argv[0] : nullptr, folder);
+    // The application path is 8-bit text, as the platform's ANSI calls give it.
+    const QByteArray argv0 = programName(arguments).toLatin1();
+    appFolder(arguments.isEmpty() ? nullptr : argv0.constData(), folder);
     const QChar sep = kRootSeparator.at(0);
     return parentFolder(parentFolder(normalizePath(toQString(folder)), sep), sep);
 }
@@ -53,7 +55,7 @@ QString argumentPathCandidate(const QString& argv0)
 
 }
 
-bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootLog, bool& startedOutsideRoot,
+bool findInstallRoot(InstallPaths& paths, const QStringList& arguments, QString& rootLog, bool& startedOutsideRoot,
                      bool cfgGlobalFromExeRoot, bool renderAppsFromExeRoot,
                      const FixedNarrowString100& renderAppsOverride, bool win64Binaries)
 {
@@ -62,20 +64,19 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     // The -kxRoot flag: every value is logged, the last one is tested, and a value
     // that is not a root is not cut back to the folder above "bin".
     rootLog += QLatin1String(kLogFlagHead);
-    for (const QString& value : kxRootFlagValues(argc, argv)) {
+    for (const QString& value : kxRootFlagValues(arguments)) {
         candidate = value;
         rootLog += value;
     }
     testCandidate(candidate, rootLog, kLogFlagAccepted);
     if (!candidate.isEmpty()) {
-        const QString argv0 = programName(argc, argv);
+        const QString argv0 = programName(arguments);
         if (argv0.size() >= 2 && argv0.at(1) == QLatin1Char(':'))
             startedOutsideRoot = true;
         if (argv0.startsWith(candidate, Qt::CaseSensitive))
             startedOutsideRoot = false;
     }
 
-    // The installer's variable.
     if (candidate.isEmpty())
         tryEnvironment(candidate, rootLog, "KX_ROOT_INSTALLER", kLogInstallerHead);
 
@@ -83,28 +84,25 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     // candidate holds, so a root accepted above is rewritten, logged and tested
     // again here.
     if (candidate.isEmpty())
-        candidate = applicationCandidate(argc, argv);
+        candidate = applicationCandidate(arguments);
     candidate = toBackslashPath(replaceInternalMarker(candidate));
     rootLog += QLatin1String(kLogAppPathHead) + candidate;
     testCandidate(candidate, rootLog);
 
     // argv[0], which writes nothing to the log.
-    if (candidate.isEmpty() && argc >= 1)
-        candidate = argumentPathCandidate(programName(argc, argv));
+    if (candidate.isEmpty() && !arguments.isEmpty())
+        candidate = argumentPathCandidate(programName(arguments));
 
-    // The suite's variable.
     if (candidate.isEmpty())
         tryEnvironment(candidate, rootLog, "KX_ROOT", kLogEnvironmentHead);
 
     if (candidate.isEmpty())
         return false;
 
-    // The executables root defaults to the root.
     FixedWideString250& root = paths.entries[kRootEntry];
     root = toFixedWide250(candidate);
     paths.entries[kExeRootEntry] = root;
 
-    // The relink file, or else the version-folder rule.
     switch (readRelinkFile(paths, rootLog)) {
     case RelinkOutcome::CannotOpen:
         return false;
@@ -124,10 +122,10 @@ bool findInstallRoot(InstallPaths& paths, int argc, char* argv[], QString& rootL
     // The status folder; the flag itself is tested undecoded.
     FixedWideString250& status = paths.entries[kStatusEntry];
     status.clear();
-    for (const QString& value : loadStatusFlagValues(argc, argv))
+    for (const QString& value : loadStatusFlagValues(arguments))
         status = statusFolderEntry(value, root);
 
-    buildInstallLayout(paths, argc, argv, cfgGlobalFromExeRoot, renderAppsFromExeRoot, renderAppsOverride,
+    buildInstallLayout(paths, arguments, cfgGlobalFromExeRoot, renderAppsFromExeRoot, renderAppsOverride,
                        win64Binaries);
     return true;
 }

@@ -36,21 +36,21 @@ void appendBackslashIfRoom(FixedWideString250& folder)
 // case), in command-line order; the last one wins for callers that want one.
 // The value is not skipped, so "-kxRoot -kxRoot x" matches twice. The argument
 // itself is decoded before the test only when decodeArgument is set.
-QStringList flagValues(int argc, char* argv[], const QString& flag, bool decodeArgument)
+QStringList flagValues(const QStringList& arguments, const QString& flag, bool decodeArgument)
 {
     QStringList values;
-    for (int i = 1; i + 1 < argc; ++i) {
-        if (isFlag(QString::fromLatin1(argv[i]), flag, decodeArgument))
-            values.append(decodeEntities(QString::fromLatin1(argv[i + 1])));
+    for (qsizetype i = 1; i + 1 < arguments.size(); ++i) {
+        if (isFlag(arguments.at(i), flag, decodeArgument))
+            values.append(decodeEntities(arguments.at(i + 1)));
     }
     return values;
 }
 
 }
 
-QStringList kxRootFlagValues(int argc, char* argv[])
+QStringList kxRootFlagValues(const QStringList& arguments)
 {
-    QStringList values = flagValues(argc, argv, QLatin1String(kKxRootFlag), kDecodeKxRootFlag);
+    QStringList values = flagValues(arguments, QLatin1String(kKxRootFlag), kDecodeKxRootFlag);
     for (QString& value : values) {
         if (!endsWithSeparator(value))
             value += kRootSeparator;
@@ -58,9 +58,9 @@ QStringList kxRootFlagValues(int argc, char* argv[])
     return values;
 }
 
-QStringList loadStatusFlagValues(int argc, char* argv[])
+QStringList loadStatusFlagValues(const QStringList& arguments)
 {
-    return flagValues(argc, argv, QLatin1String(kLoadStatusFlag), kDecodeLoadStatusFlag);
+    return flagValues(arguments, QLatin1String(kLoadStatusFlag), kDecodeLoadStatusFlag);
 }
 
 bool isRootFlag(const QString& argument)

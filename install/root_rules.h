@@ -25,10 +25,10 @@ constexpr char kLogRejected[] = ": invalid]";
 
 // The -kxRoot values, each with a backslash appended unless it ends with "\"
 // or "/" (an empty value becomes a lone backslash).
-QStringList kxRootFlagValues(int argc, char* argv[]);
+QStringList kxRootFlagValues(const QStringList& arguments);
 
 // The -loadstatus values, as they stand; the flag itself is tested undecoded.
-QStringList loadStatusFlagValues(int argc, char* argv[]);
+QStringList loadStatusFlagValues(const QStringList& arguments);
 
 // True when root discovery reads the argument after this one as a -kxRoot or
 // -loadstatus value.

@@ -7,7 +7,7 @@
 #include "sweep/folder_hold_win.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
-#include "text/platform_printf.h"
+#include "text/output.h"
 
 #include <deque>
 #include <utility>
@@ -91,7 +91,7 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
     if (progressStamp == nullptr)
         return;
     if (hasElapsed(*progressStamp, kProgressIntervalSeconds, true, &now))
-        platformPrintf("     ...%s...\n", folder.toLatin1().constData());
+        printText(fillIn("     ...%1...\n", folder));
 }
 
 void countDeleted(std::int64_t size, const SweepOutputs& out)

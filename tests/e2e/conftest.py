@@ -183,15 +183,16 @@ class Model:
             if not self.local(self.folder).is_dir():
                 return f"Warning: directory {self.folder} does not exist!\n"
             return self.report(self.folder, self.local(self.folder))
-        pattern = self.folder.replace("/", "\\")
-        star = pattern.index("*")
-        base = pattern[:pattern.rfind("\\", 0, star) + 1]
-        runs = base and self.expand(base, self.local(base), pattern[len(base):star], pattern[star:].split("\\")[1:])
-        return f"Searching for folders matching '{self.folder}'." + runs
+        search = f"Searching for folders matching '{self.folder}'."
+        base, component, *names = re.match(r"(.*?\\)([^\\]*\*[^\\]*)(.*)", self.folder.replace("/", "\\")).groups()
+        if not self.local(base).is_dir():
+            return search + f"Warning: directory {base[:-1]} does not exist!\n"
+        runs = self.expand(base, self.local(base), component, names[0].split("\\")[1:])
+        return search + (runs or f"\nWarning: no folder matches '{self.folder}'!\n")
 
-    def expand(self, shown: str, local: Path, start: str, names) -> str:
+    def expand(self, shown: str, local: Path, component: str, names) -> str:
         found = sorted((e for e in os.scandir(local) if e.is_dir() and not e.is_symlink()
-                        and e.name.upper().startswith(start.upper())), key=lambda e: e.name.upper())
+                        and matches_keep(e.name, component)), key=lambda e: e.name.upper())
         return "".join(self.follow(shown + e.name, Path(e.path), names) for e in found)
 
     def follow(self, shown: str, local: Path, names) -> str:
@@ -202,7 +203,7 @@ class Model:
             if name is None or local in self.held:
                 return self.report(concrete, local) if concrete else ""
             if "*" in name:
-                return self.expand(shown + "\\", local, name[:name.index("*")], names[i + 1:])
+                return self.expand(shown + "\\", local, name, names[i + 1:])
             shown += "\\" + name
             if name in ("", "."):
                 continue
@@ -268,7 +269,7 @@ class Model:
         return [p for p in tree(root) if self.dry or not gone.intersection([q := (root / p).resolve(), *q.parents])]
 
 
-def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None):
+def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None, env=None):
     """Runs the tool with held paths held open, and checks its exact output and exit code, and that
     what is left below work is what the model derives, each file that stays unchanged."""
     model = Model(drive, args, held, cwd)
@@ -277,7 +278,7 @@ def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None):
     expected = BANNER + (model.out() if out is None else out).encode("latin-1", "replace").decode("latin-1")
     wanted = model.left(work)
     with held_open(*(drive.win(path) for path in held)) if held else contextlib.nullcontext():
-        result = tool(*args, cwd=cwd)
+        result = tool(*args, cwd=cwd, env=env)
     assert re.fullmatch(re.escape(expected).replace(re.escape(MESSAGE), r"[^\n]+"), masked(result[1])), result[1]
     assert (result[0], result[2]) == (code, "")
     assert tree(work) == wanted

@@ -22,20 +22,22 @@ def message(exe, flag_value, root_log):
 def outside(drive, suite):
     """The staged exe in no installation, and the sample installation beside it."""
     shutil.copytree(STAGE, drive.root / "outside" / "a" / "b")
+    (drive.root / "\u0420\u0435\u043d\u0434\u0435\u0440" / "sub" / "cfg_global").mkdir(parents=True)
 
 
 @pytest.mark.parametrize("exe, args, env, out, code", [
     (EXE, (), {}, REACHED, 3),
     (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
+    # Arguments are read in UTF-16, so a root below any folder name is found.
+    (OUTSIDE, ("-kxRoot", "K:\\\u0420\u0435\u043d\u0434\u0435\u0440"), {}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
-    # value is logged; the message is the format of msvcrt's printf, so "%%"
-    # prints as "%" and a "%" before no conversion, as in "%U" or "%\", is dropped.
-    (OUTSIDE, ("-kxRoot", "K:\\100%%", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
-     message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%\\K:\\suite\\bin\\win64\\: invalid]"
+    # value is logged; the message is printed as it stands, "%" signs included.
+    (OUTSIDE, ("-kxRoot", "K:\\100%s", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
+     message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%s\\K:\\suite\\bin\\win64\\: invalid]"
              "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]"
-             "\n[KX_ROOT: Q:\\USERNAME\\kx\\: invalid]"), 1),
-], ids=["inside", "root flag", "installer variable", "outside"])
+             "\n[KX_ROOT: Q:\\%USERNAME%\\kx\\: invalid]"), 1),
+], ids=["inside", "root flag", "installer variable", "cyrillic root flag", "outside"])
 def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
     result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
     assert result == (code, out, "")

@@ -7,7 +7,7 @@ import os
 
 import pytest
 
-from conftest import BANNER, expect_run, make_tree
+from conftest import BANNER, expect_run, make_tree, tree, wine_env
 
 USAGE = (
     "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n\n"
@@ -17,6 +17,7 @@ USAGE = (
     "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n"
     "  -v: Enable verbose messages.\n  -dryrun: List what would be deleted, and delete nothing.\n"
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n"
+    "  -log <file>: Append this report to <file>, in UTF-8.\n"
     "Note: There is no required order for the commandline flags\n\n\nExample commandlines: \n"
     "   Delete files from folder C:\\temp \n       kxDeleteOldFiles C:\\temp -do 7  \n\n"
     "   Delete files from the temp folder of all users\n"
@@ -46,11 +47,12 @@ NAMED_LINK = ("target/jobs/j1/old.tmp=o, target/jobs/j1/new.tmp=y, target/direct
               "target/direct/sub/old.tmp=o, named->target")
 
 
-def row(name, layout, args, out=None, code=0, held="", stays=""):
-    """stays names, in words of its own, what must still be there afterwards, whatever the model says."""
-    if layout == CANARY:
+def row(name, layout, args, out=None, code=0, held="", stays="", here=False):
+    """stays names, in words of its own, what must still be there afterwards, whatever the model says;
+    here runs the tool in the test's folder."""
+    if layout.startswith(CANARY):
         stays = "old.txt, sub/old.txt"
-    return pytest.param(layout, args, out, code, held, stays, id=name)
+    return pytest.param(layout, args, out, code, held, stays, here, id=name)
 
 
 ROWS = [
@@ -58,8 +60,8 @@ ROWS = [
     row("sweep", "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
         "-do 14 {w}", stays="new.exr, keep/e.exr"),
     row("zero days", "x/y/z.tmp=o5, new.tmp=n5", "-do 0 {w}"),
-    # Options in any case, days in base 10, negative days.
-    row("options", "new.txt=y", "-DO -010 -V {w}"),
+    # Options in any case, days in base 10.
+    row("options", "new.txt=y, old.txt=o", "-DO 010 -V {w}", stays="new.txt"),
     # The limit is whole days in 64 bits: no value wraps round to delete a new file.
     row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}", stays="new.txt"),
     row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}", stays="new.txt"),
@@ -91,8 +93,7 @@ ROWS = [
     row("named link before a star", NAMED_LINK, "-do 14 {w}\\named\\jobs\\*",
         stays="named, target/jobs/j1/new.tmp, target/direct/old.tmp"),
     # One report per match, in the order the file system lists, matched
-    # ignoring case; the text between a star and the next backslash does not
-    # narrow the match; slashes separate folders.
+    # ignoring case; a star component matches whole names; slashes separate folders.
     row("m star", "Users/mary/AppData/Local/Temp/a.tmp=o, Users/Mike/AppData/Local/Temp/sub/c.tmp=o, "
         "Users/mona/Documents/, Users/bob/AppData/Local/Temp/d.tmp=o", "-do 14 {w}\\Users\\m*\\appdata\\LOCAL\\temp"),
     row("trailing dot match", "Users/bob/Temp/new.tmp=y, Users/bob./Temp/old.tmp=o", "-do 14 {w}\\Users\\*\\Temp",
@@ -103,7 +104,8 @@ ROWS = [
     row("two stars", STARS, "-do 14 {w}\\deep\\*\\*\\t"),
     row("text after a star", STARS, "-do 14 {w}\\Users\\a*b\\tmp"),
     row("no match", STARS, "-do 14 {w}\\Users\\q*"),
-    row("lone star", "Users/", "-do 14 *"),
+    row("a*b", "x/ab/o.tmp=o, x/axb/o.tmp=o, x/abc/o.tmp=o", "-do 14 {w}\\x\\A*B", stays="x/abc/o.tmp"),
+    row("missing base", STARS, "-do 14 {w}\\nonexist\\*\\Temp"),
     row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp",
         stays="Users/alice/Documents/thesis.doc, shared/Temp/canary.tmp, Users/bob/AppData/Local"),
     row("mixed separators", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp"),
@@ -118,18 +120,33 @@ ROWS = [
         stays="root/canary.txt, status/old.txt, target/new.txt"),
     row("root flag last", ROOTS, "{w}\\target -do 14 -KXROOT {w}\\root"),
     row("status flag", ROOTS, "-LoadStatus {w}\\status -do 14 {w}\\target", stays="status/old.txt, root/canary.txt"),
-    row("root flag twice", ROOTS, "-kxRoot -kxRoot {w}\\root -do 14", "Warning: directory  does not exist!\n"),
+    row("root flag twice", ROOTS, "-kxRoot -kxRoot {w}\\root -do 14", "Error: -kxRoot needs a value!\n", 2),
     # Fewer than three arguments print the usage; the first bad argument ends the run untouched.
     row("no arguments", CANARY, (), USAGE, 255),
     row("two arguments", CANARY, "{w} -v", USAGE, 255),
-    row("no folder", CANARY, "-do 7 -v", "Warning: directory  does not exist!\n"),
+    row("no folder", CANARY, "-do 7 -v", "Error: no folder given!\n", 2),
     row("missing folder", CANARY, "{w}\\absent -do 1", "Warning: directory {w}\\absent does not exist!\n"),
     row("file as folder", CANARY, "{w}\\old.txt -do 1", "Warning: directory {w}\\old.txt does not exist!\n"),
     row("-do last", CANARY, "{w} -v -do", "Error: -do needs a value!\n", 2),
     row("-kxRoot last", CANARY, "{w} -do 14 -KXROOT", "Error: -KXROOT needs a value!\n", 2),
     row("-loadstatus last", CANARY, "{w} -do 14 -loadstatus", "Error: -loadstatus needs a value!\n", 2),
     row("-do text", CANARY, "{w} -do abc", "Error: Unable to convert abc into a number!\n", 3),
-    row("-do option", CANARY, "-do -v {w}", "Error: Unable to convert -v into a number!\n", 3),
+    # A forgotten value never swallows an option, -dryrun least of all.
+    *(row(f"{option} -dryrun", CANARY, f"{{w}} -do 14 {option} -dryrun", f"Error: {option} needs a value!\n", 2)
+      for option in ("-keep", "-kxRoot", "-LOADSTATUS", "-log")),
+    row("-do -dryrun", CANARY, "-do -dryrun {w}", "Error: -do needs a value!\n", 2),
+    row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
+    row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
+    row("-log twice", CANARY, "-log {w}\\a.log {w} -LOG {w}\\b.log", "Error: -LOG given twice!\n", 2),
+    row("log folder missing", CANARY, "{w} -do 14 -log {w}\\absent\\x.log",
+        "Error: Unable to open log file {w}\\absent\\x.log:<message>\n", 2),
+    # The classic quoting slip: \" is a quote, and the rest of the line joins the folder.
+    row("quoting slip", CANARY, ("-do", "14", '{w}\\render cache\\*" -dryrun -v'),
+        "Error: '{w}\\render cache\\*\" -dryrun -v' cannot be a folder name!\n", 2),
+    # A relative wildcard is never guessed at, whatever the current folder holds.
+    *(row(f"relative {folder}", CANARY + ", shot/x/cache/a.tmp=o, shot01/cache/a.tmp=o", f"-do 14 {folder}",
+          "Error: a folder with a * must be a full path, such as D:\\cache\\*\\tmp!\n", 2, here=True)
+      for folder in ("shot*\\cache", ".\\shot*", "\\shot*", "*", "K:shot*")),
     row("-do7", CANARY, "{w} -do7 -verbose", "Error: Unknown option -do7!\n", 2),
     row("--dryrun", CANARY, "--dryrun {w} -do abc", "Error: Unknown option --dryrun!\n", 2),
     row("-n", CANARY, "-n {w} -do 14", "Error: Unknown option -n!\n", 2),
@@ -142,11 +159,42 @@ ROWS = [
 ]
 
 
-@pytest.mark.parametrize("layout, args, out, code, held, stays", ROWS)
-def test_run(tool, drive, work, layout, args, out, code, held, stays):
+@pytest.mark.parametrize("layout, args, out, code, held, stays, here", ROWS)
+def test_run(tool, drive, work, layout, args, out, code, held, stays, here):
     make_tree(work, layout)
     folder = drive.win(work)
     args = [arg.replace("{w}", folder) for arg in (args.split(" ") if isinstance(args, str) else args)]
     expect_run(tool, drive, work, args, out and out.replace("{w}", folder), code,
-               [work / path for path in held.split(", ") if path])
+               [work / path for path in held.split(", ") if path], cwd=work if here else None)
     assert [path for path in stays.split(", ") if path and not os.path.lexists(work / path)] == []
+
+
+SCRIPTS = "\u0142\u00f3d\u017a_cache/a.tmp=o, \u041a\u044d\u0448/b.tmp=o, \u7f13\u5b58/c.tmp=o, xyz/d.tmp=o"
+KEPT_SCRIPTS = "\u0142\u00f3d\u017a_cache/a.tmp, \u041a\u044d\u0448/b.tmp, \u7f13\u5b58/c.tmp"
+
+
+# Arguments never pass through the 8-bit code page, whichever it is: each
+# pattern keeps its folder, ignoring case, and "xyz", as long as the patterns
+# would be with every letter a "?", is cleaned.
+@pytest.mark.parametrize("lang", ["C.UTF-8", "ru_RU.UTF-8"])
+def test_keep_patterns_in_any_script(tool, drive, work, lang):
+    make_tree(work, SCRIPTS)
+    args = ["-do", "14", drive.win(work), "-keep", "\u0141\u00d3D\u0179*", "-keep", "\u043a\u044d\u0448*",
+            "-keep", "\u7f13\u5b58*", "-v"]
+    expect_run(tool, drive, work, args, env={**wine_env(), "LANG": lang})
+    assert tree(work) == sorted(["\u0142\u00f3d\u017a_cache/", "\u041a\u044d\u0448/", "\u7f13\u5b58/",
+                                 *KEPT_SCRIPTS.split(", ")])
+
+
+def test_log_appends_each_report_whole(tool, drive, work):
+    make_tree(work, SCRIPTS + ", \U0001f39e/e.tmp=o, J\u00fcrgen.txt=y")
+    log = work.parent / f"{work.name}.log"
+    runs = [tool("-v", "-do", "14", drive.win(work), "-LOG", drive.win(log)) for _ in range(2)]
+    raw = log.read_bytes()
+    assert not raw.startswith(b"\xef\xbb\xbf") and b"\n" not in raw.replace(b"\r\n", b"")
+    text = raw.decode("utf-8").replace("\r\n", "\n")
+    # With what Latin-1 lacks as "?", the log is the console's output of both runs.
+    assert [code for code, _, _ in runs] == [0, 0]
+    assert text.encode("latin-1", "replace").decode("latin-1") == runs[0][1] + runs[1][1]
+    assert all(f"     -dir [{name.split('/')[0]}]\n" in text for name in (*KEPT_SCRIPTS.split(", "), "\U0001f39e/"))
+    assert tree(work) == ["J\u00fcrgen.txt"]

@@ -56,8 +56,7 @@ TEST(RootFlagScan, PrefixIgnoresCaseValueIsDecodedAndNotSkipped)
         {{"x", "-kxRoot", "-kxRoot", "X:/s/"}, "-kxRoot\\|X:/s/"},
     };
     for (const auto& c : cases) {
-        Argv args(c.arguments);
-        EXPECT_EQ(latin1(kxRootFlagValues(args.argc(), args.argv()).join(QLatin1Char('|'))), c.values);
+        EXPECT_EQ(latin1(kxRootFlagValues(commandLine(c.arguments)).join(QLatin1Char('|'))), c.values);
     }
 }
 
@@ -81,8 +80,7 @@ TEST(RelinkLine, ValueFollowsTheFirstEqualsAndOtherLinesChangeNothing)
 // Each arg() fills the lowest placeholder left: "%2" in argv[0] takes the flag value, then "%3" rootLog.
 TEST(RootFailureMessage, FillsOnePlaceholderAtATimeAndShowsArgv0AsGiven)
 {
-    Argv args({"C:\\\xE9&amp;%2", "-kxRoot", "R%3"});
-    EXPECT_EQ(latin1(rootFailureMessage(args.argc(), args.argv(), QStringLiteral("L"))),
+    EXPECT_EQ(latin1(rootFailureMessage(commandLine({"C:\\\xE9&amp;%2", "-kxRoot", "R%3"}), QStringLiteral("L"))),
               "Unable to get KX Root path; This executable was not started from a KX directory.\n\n"
               " (Tried: 'C:\\\xE9&amp;RL\\', 'RL\\')\nL");
 }

@@ -20,11 +20,10 @@ protected:
     {
         _wputenv_s(L"KX_ROOT", QString::fromLatin1(kxRoot.c_str()).toStdWString().c_str());
         _wputenv_s(L"KX_ROOT_INSTALLER", L"");
-        Argv args(arguments);
         paths = InstallPaths();
         log.clear();
         bool outside = false;
-        return findInstallRoot(paths, args.argc(), args.argv(), log, outside, false, false, {}, true);
+        return findInstallRoot(paths, commandLine(arguments), log, outside, false, false, {}, true);
     }
     std::string entry(int i) const { return latin1(toQString(paths.entries[i])); }
 

@@ -1,23 +1,18 @@
 #pragma once
-// A writable argv for the functions that take one, and Qt texts compared as Latin-1.
+// Command lines for the functions that take one, and Qt texts compared as Latin-1.
 
 #include <QString>
+#include <QStringList>
 
 #include <string>
-#include <vector>
 
-struct Argv {
-    Argv(std::initializer_list<std::string> arguments) : texts(arguments)
-    {
-        for (std::string& text : texts)
-            pointers.push_back(text.data());
-        pointers.push_back(nullptr);
-    }
-    int argc() const { return int(texts.size()); }
-    char** argv() { return pointers.data(); }
-
-    std::vector<std::string> texts;
-    std::vector<char*> pointers;
-};
+// The command line, the program's name first, each argument read as Latin-1.
+inline QStringList commandLine(std::initializer_list<std::string> arguments)
+{
+    QStringList list;
+    for (const std::string& argument : arguments)
+        list.append(QString::fromLatin1(argument.c_str()));
+    return list;
+}
 
 inline std::string latin1(const QString& text) { return text.toLatin1().toStdString(); }

@@ -3,6 +3,7 @@
 
 #include "text/entities.h"
 #include "text/fixed_string.h"
+#include "text/output.h"
 #include "text/path_normalize.h"
 
 #include <gtest/gtest.h>
@@ -82,4 +83,13 @@ TEST(ParentFolder, DriveAndShareRootsStayAndABareDriveGivesNothing)
     }
 }
 
+}
+
+// The console shows Latin-1 with one "?" per character it lacks; the log keeps
+// the text whole, in UTF-8, with CR LF.
+TEST(Output, ConsoleAndLogFormsOfOnePrintedText)
+{
+    const QString text = QString::fromUtf8("\xc5\x82\xc3\xb3" "d\xc5\xba \xf0\x9f\x8e\x9e\xc3\xa9%s\n");
+    EXPECT_EQ(consoleBytes(text), QByteArray("?\xf3" "d? ?\xe9%s\n"));
+    EXPECT_EQ(logBytes(text), QByteArray("\xc5\x82\xc3\xb3" "d\xc5\xba \xf0\x9f\x8e\x9e\xc3\xa9%s\r\n"));
 }
