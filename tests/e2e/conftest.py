@@ -162,7 +162,7 @@ class Model:
             option = arg.lower()
             if option == "-do":
                 self.days = int(next(options), 10)
-            elif option in ("-kxroot", "-loadstatus"):
+            elif option in ("-kxroot", "-loadstatus", "-log"):
                 next(options)
             elif option == "-keep":
                 self.keep.append(next(options))
