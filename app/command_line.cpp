@@ -25,6 +25,8 @@ const char* const kUsageLines[] = {
     "  -dryrun: List what would be deleted, and delete nothing.\n",
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n",
     "  -log <file>: Append this report to <file>, in UTF-8.\n",
+    "  -minfree <size>: Then delete the oldest files until the drive has <size> free (50G, 15%).\n",
+    "  -minage <days>: Never delete files younger than this to free space. Default: 1 day\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -55,7 +57,11 @@ const OptionRule kOptionRules[] = {
     {"-dryrun", false, false},
     {"-keep", true, true},
     {"-log", true, false},
+    {"-minfree", true, false},
+    {"-minage", true, false},
 };
+
+const char* const kMinAgeError = "Error: -minage needs a number of days and -minfree, not '%1'!\n";
 
 const OptionRule* findRule(const QString& argument)
 {
@@ -113,6 +119,16 @@ int readValue(const QString& option, const QString& value, RunOptions& options)
         options.logFile = value;
         options.hasLogFile = true;
     }
+    if (isOption(option, "-minfree")) {
+        options.hasFreeGoal = parseFreeGoal(value, options.freeGoal);
+        if (!options.hasFreeGoal)
+            return fail("Error: -minfree needs a size such as 50G or 15%, not '%1'!\n", value, kExitBadOption);
+    }
+    if (isOption(option, "-minage")) {
+        options.minAgeText = value;
+        if (!parseMinAge(value, options.minAgeDays))
+            return fail(kMinAgeError, value, kExitBadOption);
+    }
     return kExitOk;
 }
 
@@ -138,10 +154,13 @@ int readFolder(const QString& argument, RunOptions& options)
     return kExitOk;
 }
 
-// The folder as the command line gives it can only name a folder: a quoting
-// slip or a guessed wildcard ends the run before anything is touched.
-int checkFolder(const RunOptions& options)
+// -minage goes with -minfree. The folder as the command line gives it can
+// only name a folder: a quoting slip or a guessed wildcard ends the run before
+// anything is touched.
+int checkOptions(const RunOptions& options)
 {
+    if (!options.minAgeText.isEmpty() && !options.hasFreeGoal)
+        return fail(kMinAgeError, options.minAgeText, kExitBadOption);
     if (!options.hasDirectory) {
         printText(QStringLiteral("Error: no folder given!\n"));
         return kExitBadOption;
@@ -194,5 +213,5 @@ int readOptions(const QStringList& arguments, RunOptions& options)
         if (code != kExitOk)
             return code;
     }
-    return checkFolder(options);
+    return checkOptions(options);
 }

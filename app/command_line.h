@@ -1,6 +1,8 @@
 #pragma once
 // The banner, the usage text and the option loop of the entry point.
 
+#include "app/free_space.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +17,7 @@ constexpr int kExitUsage = -1;
 constexpr int kExitRootNotFound = 1;
 constexpr int kExitBadOption = 2;
 constexpr int kExitBadDaysOld = 3;
+constexpr int kExitGoalNotReached = 4;
 
 constexpr std::int32_t kDefaultDaysOld = 14;
 
@@ -29,13 +32,19 @@ struct RunOptions {
     // The file each run's report is appended to.
     QString logFile;
     bool hasLogFile = false;
+    // After the age run, the oldest files go until the drive has this much
+    // free, none younger than minAgeDays.
+    FreeGoal freeGoal;
+    bool hasFreeGoal = false;
+    double minAgeDays = 1;
+    QString minAgeText;
 };
 
 void printBanner();
 void printUsage();
 
 // Reads the options from left to right, the program's name first: -do, -keep,
-// -v, -dryrun, -log, the values of the root flags, and one directory, then
+// -v, -dryrun, -log, -minfree, -minage, the values of the root flags, and one directory, then
 // checks that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(const QStringList& arguments, RunOptions& options);

@@ -3,17 +3,54 @@
 
 #include "app/command_line.h"
 #include "sweep/file_time.h"
+#include "sweep/sweep.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <vector>
 
 // The time of the last progress line, shared by every folder of the run.
 TimeStamp& progressStamp();
 
+// What the run's reports add up to, over every folder and pass.
+struct RunTotals {
+    int folders = 0;
+    std::int64_t deletedFiles = 0;
+    std::int64_t deletedBytes = 0;
+    std::int64_t errors = 0;
+    // The space the deleted files took, or would take in a dry run.
+    std::int64_t freedBytes = 0;
+    // The free space of the last reading, when it could be read.
+    bool freeKnown = false;
+    std::uint64_t freeBytes = 0;
+    // The -minfree goal, once the drive's size was read, and whether it was met.
+    bool hasGoal = false;
+    std::uint64_t goalBytes = 0;
+    bool goalMet = false;
+};
+
+// One pass over the folders the folder argument names. The age run reports
+// each folder; the scan for free space only collects the files it may delete,
+// silently; the pass that frees space deletes the files changed before a time.
+enum class PassKind { Age, Scan, FreeSpace };
+
+struct FolderPass {
+    const RunOptions& options;
+    PassKind kind = PassKind::Age;
+    // The scan: files changed before this; freeing space: the cutoff.
+    TimeStamp changedBefore = 0;
+    std::vector<SpaceCandidate>* candidates = nullptr;
+    RunTotals* totals = nullptr;
+
+    // Only the age run says what is missing or skipped: the later passes go
+    // over the same folders.
+    bool warns() const { return kind == PassKind::Age; }
+};
+
 // False when the folder does not exist; its warning has then been printed. A
 // dry run reports what the run would delete and changes nothing.
-bool runFolder(const QString& folder, const RunOptions& options);
+bool runFolder(const QString& folder, const FolderPass& pass);
 
 // The warning for a folder to clean that is not there.
 void warnMissingFolder(const QString& folder);
@@ -22,10 +59,14 @@ void warnMissingFolder(const QString& folder);
 // hold over. A hold that holds nothing is reported as a folder that could not
 // be read.
 struct FolderHold;
-void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& options);
+void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& pass);
 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);
+
+// The bytes free to the caller on the drive of path, and the drive's size,
+// as the platform gives them to the caller; false when they cannot be read.
+bool readDriveSpace(const QString& path, std::uint64_t& freeBytes, std::uint64_t& totalBytes);
 
 // Whole MiB free to the caller on the folder's drive; 1000 when unknown.
 std::uint32_t freeDriveSpaceMiB(QString path);

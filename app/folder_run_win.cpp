@@ -2,9 +2,10 @@
 
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
-#include "sweep/sweep.h"
 #include "sweep/win32.h"
 #include "text/output.h"
+
+#include <QDateTime>
 
 #include <utility>
 
@@ -15,15 +16,67 @@ constexpr std::uint32_t kUnknownFreeMiB = 1000;
 constexpr int kFreeSpaceRootUnits = 255;
 constexpr int kBytesToMiBShift = 20;
 
+QString localTime(TimeStamp time)
+{
+    return QDateTime::fromSecsSinceEpoch(time).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 
-bool runFolder(const QString& folder, const RunOptions& options)
+void printStartLine(const QString& folder, const FolderPass& pass)
+{
+    const bool dryRun = pass.options.dryRun;
+    if (pass.kind == PassKind::FreeSpace) {
+        printText(fillIn(dryRun ? "Dry run, freeing space in folder '%1': files changed before %2 are only listed, "
+                                  "nothing is deleted.\n"
+                                : "Freeing space in folder '%1': files changed before %2 are deleted.\n",
+                         folder, localTime(pass.changedBefore)));
+        return;
+    }
+    const QString days = QString::number(pass.options.daysOld);
+    printText(fillIn(dryRun ? "\nDry run in folder '%1': files older than %2 days are only listed, nothing is deleted.\n"
+                            : "\nStarting to delete files in folder '%1', File have to be older than %2 days.\n",
+                     folder, days));
+}
+
+SweepSettings settingsFor(const FolderPass& pass)
+{
+    const RunOptions& options = pass.options;
+    SweepSettings settings;
+    // The folder named on the command line, or found by a wildcard, is never
+    // removed itself.
+    settings.removeIfEmpty = false;
+    settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
+    // The scan only looks.
+    settings.dryRun = options.dryRun || pass.kind == PassKind::Scan;
+    settings.keepPatterns = options.keepPatterns;
+    settings.freeingSpace = pass.kind != PassKind::Age;
+    settings.changedBefore = pass.changedBefore;
+    return settings;
+}
+
+// The free space of the folder's drive, as the report shows it, and as the
+// run's last reading.
+QString freeSpaceText(const QString& folder, RunTotals* totals)
+{
+    std::uint64_t freeBytes = 0;
+    std::uint64_t totalBytes = 0;
+    const bool known = readDriveSpace(absolutePath(folder), freeBytes, totalBytes);
+    if (totals != nullptr) {
+        totals->freeKnown = known;
+        totals->freeBytes = freeBytes;
+    }
+    return formatGroupedNumber(known ? freeBytes >> kBytesToMiBShift : kUnknownFreeMiB);
+}
+
+}
+
+bool runFolder(const QString& folder, const FolderPass& pass)
 {
     if (!folderExists(folder)) {
-        warnMissingFolder(folder);
+        if (pass.warns())
+            warnMissingFolder(folder);
         return false;
     }
-    runReachedFolder(folder, holdNamedFolder(folder), options);
+    runReachedFolder(folder, holdNamedFolder(folder), pass);
     return true;
 }
 
@@ -32,53 +85,67 @@ void warnMissingFolder(const QString& folder)
     printText(fillIn("Warning: directory %1 does not exist!\n", folder));
 }
 
-void runReachedFolder(const QString& folder, FolderHold hold, const RunOptions& options)
+void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& pass)
 {
-    const bool dryRun = options.dryRun;
-    const QString days = QString::number(options.daysOld);
-    printText(fillIn(dryRun ? "\nDry run in folder '%1': files older than %2 days are only listed, nothing is deleted.\n"
-                            : "\nStarting to delete files in folder '%1', File have to be older than %2 days.\n",
-                     folder, days));
-
+    const SweepSettings settings = settingsFor(pass);
+    if (pass.kind == PassKind::Scan) {
+        SweepOutputs collect;
+        collect.candidates = pass.candidates;
+        sweepHeldFolder(folder, std::move(hold), settings, collect);
+        return;
+    }
+    printStartLine(folder, pass);
     QString errors;
     QString log;
     std::int32_t deletedCount = 0;
     std::int64_t deletedKiB = 0;
-    SweepSettings settings;
-    // The folder named on the command line, or found by a wildcard, is never
-    // removed itself.
-    settings.removeIfEmpty = false;
-    settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
-    settings.dryRun = dryRun;
-    settings.keepPatterns = options.keepPatterns;
+    RunTotals unused;
+    RunTotals& totals = pass.totals != nullptr ? *pass.totals : unused;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
-    sweepHeldFolder(folder, std::move(hold), settings,
-                    SweepOutputs{&errors, &deletedCount, &deletedKiB, options.verbose ? &log : nullptr, &progressStamp()});
+    SweepOutputs outputs{&errors, &deletedCount, &deletedKiB, pass.options.verbose ? &log : nullptr,
+                         &progressStamp()};
+    outputs.freedBytes = &totals.freedBytes;
+    outputs.deletedBytes = &totals.deletedBytes;
+    sweepHeldFolder(folder, std::move(hold), settings, outputs);
+    totals.deletedFiles += deletedCount;
+    totals.errors += errors.count(QLatin1Char('\n'));
+    if (pass.kind == PassKind::Age)
+        ++totals.folders;
 
     // "Kib" is the report's own spelling.
-    printText(fillIn(dryRun ? "  %1 files would be deleted (%2 Kib). \n\n" : "  %1 files deleted (%2 Kib). \n\n",
+    printText(fillIn(pass.options.dryRun ? "  %1 files would be deleted (%2 Kib). \n\n"
+                                         : "  %1 files deleted (%2 Kib). \n\n",
                      QString::number(deletedCount), formatGroupedNumber(deletedKiB)));
     if (!errors.isEmpty())
         printText(fillIn("\nErrors:\n %1 \n\n", errors));
-    if (options.verbose)
+    if (pass.options.verbose)
         printText(fillIn("\n%1\n\n", log));
-    printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder,
-                     formatGroupedNumber(freeDriveSpaceMiB(absolutePath(folder)))));
+    printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder, freeSpaceText(folder, &totals)));
+}
+
+bool readDriveSpace(const QString& path, std::uint64_t& freeBytes, std::uint64_t& totalBytes)
+{
+    const QString root = freeSpaceRoot(path);
+    if (root.isEmpty() || root.size() >= kFreeSpaceRootUnits)
+        return false;
+    wchar_t rootUnits[kFreeSpaceRootUnits] = {};
+    root.toWCharArray(rootUnits);
+    ULARGE_INTEGER freeToCaller = {};
+    ULARGE_INTEGER total = {};
+    ULARGE_INTEGER totalFree = {};
+    if (!GetDiskFreeSpaceExW(rootUnits, &freeToCaller, &total, &totalFree))
+        return false;
+    freeBytes = freeToCaller.QuadPart;
+    totalBytes = total.QuadPart;
+    return true;
 }
 
 std::uint32_t freeDriveSpaceMiB(QString path)
 {
-    const QString root = freeSpaceRoot(path);
-    if (root.isEmpty() || root.size() >= kFreeSpaceRootUnits)
+    std::uint64_t freeBytes = 0;
+    std::uint64_t totalBytes = 0;
+    if (!readDriveSpace(path, freeBytes, totalBytes))
         return kUnknownFreeMiB;
-
-    wchar_t rootUnits[kFreeSpaceRootUnits] = {};
-    root.toWCharArray(rootUnits);
-    ULARGE_INTEGER freeToCaller = {};
-    ULARGE_INTEGER totalBytes = {};
-    ULARGE_INTEGER totalFree = {};
-    if (!GetDiskFreeSpaceExW(rootUnits, &freeToCaller, &totalBytes, &totalFree))
-        return kUnknownFreeMiB;
-    return static_cast<std::uint32_t>(freeToCaller.QuadPart >> kBytesToMiBShift);
+    return static_cast<std::uint32_t>(freeBytes >> kBytesToMiBShift);
 }

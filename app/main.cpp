@@ -1,5 +1,6 @@
 #include "app/command_line.h"
 #include "app/folder_run.h"
+#include "app/free_space.h"
 #include "app/log_file.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
@@ -23,8 +24,11 @@ int cleanFolders(const RunOptions& options)
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
         printText(fillIn("Searching for folders matching '%1'.", options.directory));
-    expandWildcardFolders(options.directory, options);
-    return kExitOk;
+    RunTotals totals;
+    expandWildcardFolders(options.directory, FolderPass{options, PassKind::Age, 0, nullptr, &totals});
+    if (!options.hasFreeGoal)
+        return kExitOk;
+    return reachFreeSpaceGoal(options, totals);
 }
 
 }

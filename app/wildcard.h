@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/command_line.h"
+#include "app/folder_run.h"
 
 #include <QString>
 
@@ -9,7 +9,7 @@
 // Runs the folder run on every folder the path names, expanding one "*"
 // component at a time, depth-first. A path without "*" is run directly; one
 // with a "*" is a full path.
-void expandWildcardFolders(QString path, const RunOptions& options);
+void expandWildcardFolders(QString path, const FolderPass& pass);
 
 // A path cut at its first "*". Only the backslash separates here.
 struct WildcardParts {

@@ -11,10 +11,10 @@
 
 namespace {
 
-// One expansion of the folder argument: the options every run gets, and how
-// many folders it reported, cleaned, missing or skipped.
+// One expansion of the folder argument: the pass every match gets, and how
+// many folders it reached, cleaned, missing or skipped.
 struct Expansion {
-    const RunOptions& options;
+    const FolderPass& pass;
     int reported = 0;
 };
 
@@ -66,9 +66,10 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
 // matches nothing.
 void runBlockedFolder(FolderHold hold, const QString& concrete, Expansion& expansion)
 {
-    if (!concrete.isEmpty())
-        runReachedFolder(concrete, std::move(hold), expansion.options);
-        ++expansion.reported;
+    if (concrete.isEmpty())
+        return;
+    runReachedFolder(concrete, std::move(hold), expansion.pass);
+    ++expansion.reported;
 }
 
 // Below a "*" every folder is one that a user may have made, so none may lead
@@ -95,14 +96,16 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
             continue;
         FolderHold inner = holdFoundFolder(reached.handle(), name);
         if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle(), name))) {
-            warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
+            if (expansion.pass.warns())
+                warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
             ++expansion.reported;
             return;
         }
         // What is missing below a later "*" matches nothing.
         if (inner.isMissing) {
             if (!concrete.isEmpty()) {
-                warnMissingFolder(concrete);
+                if (expansion.pass.warns())
+                    warnMissingFolder(concrete);
                 ++expansion.reported;
             }
             return;
@@ -114,7 +117,7 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
         above.push_back(std::move(reached));
         reached = std::move(inner);
     }
-    runReachedFolder(path, std::move(reached), expansion.options);
+    runReachedFolder(path, std::move(reached), expansion.pass);
     ++expansion.reported;
 }
 
@@ -144,10 +147,10 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
 // links included, and is opened as named. Whatever is missing or matches
 // nothing is said, so a scheduled task never shows success on a run that
 // cleaned nothing.
-void expandWildcardFolders(QString path, const RunOptions& options)
+void expandWildcardFolders(QString path, const FolderPass& pass)
 {
     if (!path.contains(kStar)) {
-        runFolder(path, options);
+        runFolder(path, pass);
         return;
     }
     const QString given = path;
@@ -157,15 +160,16 @@ void expandWildcardFolders(QString path, const RunOptions& options)
     const WildcardParts parts = splitAtFirstWildcard(path);
     const FolderHold base = holdNamedFolder(parts.base);
     if (base.isMissing) {
-        warnMissingFolder(parts.base.chopped(1));
+        if (pass.warns())
+            warnMissingFolder(parts.base.chopped(1));
         return;
     }
-    Expansion expansion{options};
+    Expansion expansion{pass};
     // The rest begins with a backslash, so its first name is empty.
     QStringList names = parts.rest.split(kBackslash);
     names.removeFirst();
     if (base.isHeld())
         expandIn(base, parts.base, parts.nameStart + kStar + parts.nameEnd, names, 0, expansion);
-    if (expansion.reported == 0)
+    if (expansion.reported == 0 && pass.warns())
         printText(fillIn("\nWarning: no folder matches '%1'!\n", given));
 }

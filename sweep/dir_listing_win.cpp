@@ -65,6 +65,7 @@ void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
     listing.times.append(entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
                                    entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart)));
     listing.sizes.append(entry.EndOfFile.QuadPart);
+    listing.allocations.append(entry.AllocationSize.QuadPart);
     listing.folderFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
     listing.linkFlags.append(isLinkEntry(entry.FileAttributes, entry.EaSize));
     listing.readOnlyFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
@@ -98,6 +99,7 @@ void clearLists(DirListing& listing)
     listing.names.clear();
     listing.times.clear();
     listing.sizes.clear();
+    listing.allocations.clear();
     listing.folderFlags.clear();
     listing.linkFlags.clear();
     listing.readOnlyFlags.clear();
@@ -187,6 +189,13 @@ std::int64_t size(DirListing*& handle)
     if (handle == nullptr || !atEntry(*handle))
         return 0;
     return handle->sizes.at(handle->index);
+}
+
+std::int64_t allocation(DirListing*& handle)
+{
+    if (handle == nullptr || !atEntry(*handle))
+        return 0;
+    return handle->allocations.at(handle->index);
 }
 
 void destroy(DirListing*& handle)

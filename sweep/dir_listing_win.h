@@ -20,6 +20,7 @@ struct DirListing {
     QStringList names;
     QList<TimeStamp> times;
     QList<std::int64_t> sizes;
+    QList<std::int64_t> allocations;
     QList<bool> folderFlags;
     QList<bool> linkFlags;
     QList<bool> readOnlyFlags;
@@ -53,6 +54,9 @@ QString name(DirListing*& handle);
 QString fullPath(DirListing*& handle);
 TimeStamp time(DirListing*& handle);
 std::int64_t size(DirListing*& handle);
+// The space the entry takes on its drive: what its deletion frees. Data kept
+// in the file table, compressed or sparse takes less than its size.
+std::int64_t allocation(DirListing*& handle);
 
 void destroy(DirListing*& handle);
 

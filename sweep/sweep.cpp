@@ -12,6 +12,17 @@ std::int64_t ageLimitSeconds(std::int32_t daysOld)
     return daysOld * kSecondsPerDay;
 }
 
+// Freeing space never takes what the age limit left for its own reasons: a
+// file whose deletion failed is not tried twice, and in a dry run the files
+// the age limit would delete are not counted twice.
+bool isDue(TimeStamp time, const SweepSettings& settings, TimeStamp now)
+{
+    const bool oldEnough = isOldEnough(time, settings.ageLimitSeconds, now);
+    if (!settings.freeingSpace)
+        return oldEnough;
+    return !oldEnough && time < settings.changedBefore;
+}
+
 bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now)
 {
     if (limitSeconds <= 0)

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <vector>
 
 // At most one progress line per this many whole seconds.
 constexpr std::int64_t kProgressIntervalSeconds = 5;
@@ -33,6 +34,16 @@ struct SweepSettings {
     // Deletes and removes nothing, and reports as if every deletion and
     // removal had succeeded.
     bool dryRun = false;
+    // Frees space: a file goes when it changed before this time and the age
+    // limit left it, that is when it is not old enough.
+    bool freeingSpace = false;
+    TimeStamp changedBefore = 0;
+};
+
+// A file that freeing space may delete: its last change and the space it takes.
+struct SpaceCandidate {
+    TimeStamp time;
+    std::int64_t allocation;
 };
 
 // Where a sweep reports, shared by every folder of the walk. Each is optional.
@@ -42,6 +53,12 @@ struct SweepOutputs {
     std::int64_t* deletedKiB = nullptr;
     QString* log = nullptr;
     TimeStamp* progressStamp = nullptr;
+    // The space the deleted files took, and their sizes.
+    std::int64_t* freedBytes = nullptr;
+    std::int64_t* deletedBytes = nullptr;
+    // When given, nothing is deleted or logged: each file that the settings
+    // would delete is only collected here.
+    std::vector<SpaceCandidate>* candidates = nullptr;
 };
 
 // Sweeps folder, and with recurse its subfolders, each of which is removed
@@ -68,6 +85,9 @@ std::int64_t ageLimitSeconds(std::int32_t daysOld);
 // Strictly older than the limit; a limit of zero or less makes every file old
 // enough.
 bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now);
+
+// Whether a file changed at time goes under the settings.
+bool isDue(TimeStamp time, const SweepSettings& settings, TimeStamp now);
 
 // Each file counts rounded to the nearest KiB, halves rounded up.
 std::int64_t roundedKiB(std::int64_t size);

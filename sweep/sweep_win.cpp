@@ -94,12 +94,16 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
         printText(fillIn("     ...%1...\n", folder));
 }
 
-void countDeleted(std::int64_t size, const SweepOutputs& out)
+void countDeleted(DirListing*& listing, const SweepOutputs& out)
 {
     if (out.deletedCount != nullptr)
         ++*out.deletedCount;
     if (out.deletedKiB != nullptr)
-        *out.deletedKiB += roundedKiB(size);
+        *out.deletedKiB += roundedKiB(listing::size(listing));
+    if (out.freedBytes != nullptr)
+        *out.freedBytes += listing::allocation(listing);
+    if (out.deletedBytes != nullptr)
+        *out.deletedBytes += listing::size(listing);
 }
 
 void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
@@ -125,9 +129,13 @@ void logDeletion(const QString& name, const Walk& walk)
 void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
 {
     const QString name = listing::name(listing);
+    if (walk.out.candidates != nullptr) {
+        walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
+        return;
+    }
     if (walk.settings.dryRun) {
         logDeletion(name, walk);
-        countDeleted(listing::size(listing), walk.out);
+        countDeleted(listing, walk.out);
         return;
     }
     FileToDelete file;
@@ -136,7 +144,7 @@ void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, Fol
         keepOffline(name, false, walk, verdict);
         return;
     }
-    if (opened && !isOldEnough(file.time, walk.settings.ageLimitSeconds, currentTime())) {
+    if (opened && !isDue(file.time, walk.settings, currentTime())) {
         logTooYoung(name, walk, verdict);
         return;
     }
@@ -144,7 +152,7 @@ void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, Fol
     const DWORD error = opened ? deleteOpenedFile(file) : file.error;
     // A file gone since the listing counts as deleted.
     if (error == ERROR_SUCCESS || isGoneError(error)) {
-        countDeleted(listing::size(listing), walk.out);
+        countDeleted(listing, walk.out);
         return;
     }
     reportError(walk, listing::fullPath(listing), deletionFailureText(error));
@@ -166,7 +174,7 @@ void sweepFile(DirListing*& listing, HANDLE folder, TimeStamp now, const Walk& w
         markKept(verdict);
         return;
     }
-    if (!isOldEnough(listing::time(listing), walk.settings.ageLimitSeconds, now)) {
+    if (!isDue(listing::time(listing), walk.settings, now)) {
         logTooYoung(name, walk, verdict);
         return;
     }

@@ -18,6 +18,8 @@ USAGE = (
     "  -v: Enable verbose messages.\n  -dryrun: List what would be deleted, and delete nothing.\n"
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n"
     "  -log <file>: Append this report to <file>, in UTF-8.\n"
+    "  -minfree <size>: Then delete the oldest files until the drive has <size> free (50G, 15%).\n"
+    "  -minage <days>: Never delete files younger than this to free space. Default: 1 day\n"
     "Note: There is no required order for the commandline flags\n\n\nExample commandlines: \n"
     "   Delete files from folder C:\\temp \n       kxDeleteOldFiles C:\\temp -do 7  \n\n"
     "   Delete files from the temp folder of all users\n"
@@ -138,6 +140,12 @@ ROWS = [
     row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
     row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
     row("-log twice", CANARY, "-log {w}\\a.log {w} -LOG {w}\\b.log", "Error: -LOG given twice!\n", 2),
+    row("-minfree -dryrun", CANARY, "{w} -do 14 -minfree -dryrun", "Error: -minfree needs a value!\n", 2),
+    *(row(f"-minfree {size}", CANARY, f"{{w}} -minfree {size}",
+          f"Error: -minfree needs a size such as 50G or 15%, not '{size}'!\n", 2) for size in ("50", "0G")),
+    *(row(f"-minage {args}", CANARY, f"{{w}} -do 14 {args}",
+          f"Error: -minage needs a number of days and -minfree, not '{args.split()[-1]}'!\n", 2)
+      for args in ("-minage 2", "-minfree 5G -minage 2d")),
     row("log folder missing", CANARY, "{w} -do 14 -log {w}\\absent\\x.log",
         "Error: Unable to open log file {w}\\absent\\x.log:<message>\n", 2),
     # The classic quoting slip: \" is a quote, and the rest of the line joins the folder.

@@ -2,6 +2,7 @@
 // threshold, times, -keep beyond ASCII, number grouping and shares.
 
 #include "app/folder_run.h"
+#include "app/free_space.h"
 #include "app/wildcard.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
@@ -102,6 +103,40 @@ TEST(OfflineEntry, DataNotOnTheNodeIsKeptWhateverElseIsTrue)
     };
     for (const auto& c : cases)
         EXPECT_EQ(isOfflineEntry(c.attributes, c.tag), c.offline) << std::hex << c.attributes << " " << c.tag;
+}
+
+TEST(FreeSpaceGoal, SizesInMiBGiBTiBOrPercentAboveZero)
+{
+    const struct { const char* text; bool valid; double bytes; } cases[] = {
+        {"50G", true, 50.0 * (1 << 30)}, {"1.5m", true, 1.5 * (1 << 20)}, {"2T", true, 2.0 * (1ull << 40)},
+        {"15%", true, 15}, {"0G", false, 0}, {"0.0%", false, 0}, {"50", false, 0}, {"G", false, 0},
+        {"5K", false, 0}, {"-5G", false, 0}, {".5G", false, 0}, {"5.G", false, 0}, {"1.2.3G", false, 0},
+    };
+    for (const auto& c : cases) {
+        FreeGoal goal;
+        EXPECT_EQ(parseFreeGoal(QString::fromLatin1(c.text), goal), c.valid) << c.text;
+        if (c.valid)
+            EXPECT_EQ(goal.amount, c.bytes) << c.text;
+    }
+    EXPECT_EQ(goalBytes(FreeGoal{15, true}, 1000), 150u);
+    EXPECT_EQ(goalBytes(FreeGoal{0.5, true}, 1001), 6u);
+}
+
+// Candidates as (time, space); what is missing; the cutoff and what it frees.
+TEST(FreeSpaceCutoff, OldestFirstWithTheirSecondAndTheFloorWhenAllAreNotEnough)
+{
+    const std::vector<SpaceCandidate> candidates{{300, 10}, {100, 10}, {200, 5}, {200, 5}, {400, 50}};
+    const struct { std::uint64_t missing; TimeStamp cutoff; std::uint64_t bytes; } cases[] = {
+        {1, 101, 10}, {10, 101, 10}, {11, 201, 20}, {25, 301, 30}, {81, 1000, 80}, {0, 1000, 0},
+    };
+    for (const auto& c : cases) {
+        const Cutoff chosen = chooseCutoff(c.missing == 0 ? std::vector<SpaceCandidate>{} : candidates, c.missing,
+                                           1000);
+        EXPECT_EQ(chosen.cutoff, c.cutoff) << c.missing;
+        EXPECT_EQ(chosen.bytes, c.bytes) << c.missing;
+    }
+    EXPECT_EQ(mebibytesDown((3u << 20) - 1), 2u);
+    EXPECT_EQ(mebibytesUp((2u << 20) + 1), 3u);
 }
 
 TEST(KeepPattern, MatchesTheWholeNameIgnoringCase)
