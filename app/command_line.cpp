@@ -27,6 +27,7 @@ const char* const kUsageLines[] = {
     "  -log <file>: Append this report to <file>, in UTF-8.\n",
     "  -minfree <size>: Then delete the oldest files until the drive has <size> free (50G, 15%).\n",
     "  -minage <days>: Never delete files younger than this to free space. Default: 1 day\n",
+    "  -prom <file>: Write this run's figures to <file> for Prometheus (textfile collector).\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -59,6 +60,7 @@ const OptionRule kOptionRules[] = {
     {"-log", true, false},
     {"-minfree", true, false},
     {"-minage", true, false},
+    {"-prom", true, false},
 };
 
 const char* const kMinAgeError = "Error: -minage needs a number of days and -minfree, not '%1'!\n";
@@ -118,6 +120,10 @@ int readValue(const QString& option, const QString& value, RunOptions& options)
     if (isOption(option, "-log")) {
         options.logFile = value;
         options.hasLogFile = true;
+    }
+    if (isOption(option, "-prom")) {
+        options.promFile = value;
+        options.hasPromFile = true;
     }
     if (isOption(option, "-minfree")) {
         options.hasFreeGoal = parseFreeGoal(value, options.freeGoal);

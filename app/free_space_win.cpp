@@ -54,8 +54,10 @@ int reachFreeSpaceGoal(const RunOptions& options, RunTotals& totals)
     const QString drive = goalFolder(options.directory);
     std::uint64_t freeBytes = 0;
     std::uint64_t totalBytes = 0;
-    if (!readDriveSpace(drive, freeBytes, totalBytes))
+    totals.freeKnown = readDriveSpace(drive, freeBytes, totalBytes);
+    if (!totals.freeKnown)
         return goalNotChecked();
+    totals.freeBytes = freeBytes;
     totals.hasGoal = true;
     totals.goalBytes = goalBytes(options.freeGoal, totalBytes);
     // A dry run deleted nothing: what the age run would have freed is counted.
@@ -71,9 +73,9 @@ int reachFreeSpaceGoal(const RunOptions& options, RunTotals& totals)
     expandWildcardFolders(options.directory, FolderPass{options, PassKind::FreeSpace, cutoff.cutoff, nullptr, &totals});
     if (options.dryRun)
         return printGoalLine(options, freeBytes + cutoff.bytes, totals.goalBytes, totals);
-    if (!readDriveSpace(drive, freeBytes, totalBytes))
+    totals.freeKnown = readDriveSpace(drive, freeBytes, totalBytes);
+    if (!totals.freeKnown)
         return goalNotChecked();
-    totals.freeKnown = true;
     totals.freeBytes = freeBytes;
     return printGoalLine(options, freeBytes, totals.goalBytes, totals);
 }

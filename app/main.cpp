@@ -2,9 +2,13 @@
 #include "app/folder_run.h"
 #include "app/free_space.h"
 #include "app/log_file.h"
+#include "app/metrics.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
+#include "sweep/file_ops.h"
 #include "text/output.h"
+
+#include <QElapsedTimer>
 
 namespace {
 
@@ -18,23 +22,44 @@ QStringList argumentList(int argc, wchar_t* argv[])
     return arguments;
 }
 
-int cleanFolders(const RunOptions& options)
+int cleanFolders(const RunOptions& options, RunTotals& totals)
 {
     // No line feed: the start line of the first folder begins with one, while a
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
         printText(fillIn("Searching for folders matching '%1'.", options.directory));
-    RunTotals totals;
     expandWildcardFolders(options.directory, FolderPass{options, PassKind::Age, 0, nullptr, &totals});
     if (!options.hasFreeGoal)
         return kExitOk;
     return reachFreeSpaceGoal(options, totals);
 }
 
+// The metrics file is written at the end of the run, so its folder is checked
+// before anything is touched.
+bool promFolderExists(const RunOptions& options)
+{
+    if (!options.hasPromFile || folderExists(folderOfPath(absolutePath(options.promFile))))
+        return true;
+    printText(fillIn("Error: the folder of the -prom file %1 does not exist!\n", options.promFile));
+    return false;
+}
+
+// A dry run's figures would look like a cleanup to the monitoring, so it
+// writes none.
+void writeMetrics(const RunOptions& options, const RunTotals& totals, const QElapsedTimer& timer, int code)
+{
+    if (!options.hasPromFile || options.dryRun)
+        return;
+    writeMetricsFile(options.promFile,
+                     MetricsRun{options.directory, currentTime(), timer.elapsed(), code, totals});
+}
+
 }
 
 int wmain(int argc, wchar_t* argv[])
 {
+    QElapsedTimer timer;
+    timer.start();
     const QStringList arguments = argumentList(argc, argv);
     printBanner();
     if (arguments.size() < kMinimumArgc) {
@@ -48,9 +73,11 @@ int wmain(int argc, wchar_t* argv[])
     const int optionsExit = readOptions(arguments, options);
     if (optionsExit != kExitOk)
         return optionsExit;
-    if (options.hasLogFile && !openLogFile(options.logFile))
+    if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))
         return kExitBadOption;
-    const int code = cleanFolders(options);
+    RunTotals totals;
+    const int code = cleanFolders(options, totals);
+    writeMetrics(options, totals, timer, code);
     reportLogFailure();
     return code;
 }

@@ -20,6 +20,7 @@ USAGE = (
     "  -log <file>: Append this report to <file>, in UTF-8.\n"
     "  -minfree <size>: Then delete the oldest files until the drive has <size> free (50G, 15%).\n"
     "  -minage <days>: Never delete files younger than this to free space. Default: 1 day\n"
+    "  -prom <file>: Write this run's figures to <file> for Prometheus (textfile collector).\n"
     "Note: There is no required order for the commandline flags\n\n\nExample commandlines: \n"
     "   Delete files from folder C:\\temp \n       kxDeleteOldFiles C:\\temp -do 7  \n\n"
     "   Delete files from the temp folder of all users\n"
@@ -146,6 +147,8 @@ ROWS = [
     *(row(f"-minage {args}", CANARY, f"{{w}} -do 14 {args}",
           f"Error: -minage needs a number of days and -minfree, not '{args.split()[-1]}'!\n", 2)
       for args in ("-minage 2", "-minfree 5G -minage 2d")),
+    row("prom folder missing", CANARY, "{w} -do 14 -prom {w}\\absent\\kx.prom",
+        "Error: the folder of the -prom file {w}\\absent\\kx.prom does not exist!\n", 2),
     row("log folder missing", CANARY, "{w} -do 14 -log {w}\\absent\\x.log",
         "Error: Unable to open log file {w}\\absent\\x.log:<message>\n", 2),
     # The classic quoting slip: \" is a quote, and the rest of the line joins the folder.
