@@ -9,14 +9,12 @@ constexpr std::int64_t kTicksPerSecond = 10000000LL;
 
 }
 
+#ifndef _WIN32
 TimeStamp currentTime()
 {
-#ifdef _WIN32
-    return _time64(nullptr);
-#else
     return static_cast<TimeStamp>(std::time(nullptr));
-#endif
 }
+#endif
 
 // Sub-second parts are dropped, and times before 1970 truncate toward zero.
 TimeStamp fileTimeToSeconds(std::uint32_t low, std::uint32_t high)

@@ -3,6 +3,8 @@
 #include "sweep/dir_listing_win.h"
 #include "sweep/file_ops.h"
 
+#include <winternl.h>
+
 namespace {
 
 // Reading the folder's content is what makes the handle count for sharing: a
@@ -13,24 +15,17 @@ constexpr DWORD kHoldSharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr DWORD kRemovalSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr ULONG kFolderOptions = FILE_DIRECTORY_FILE | FILE_OPEN_FOR_BACKUP_INTENT;
 
-struct FolderId {
-    DWORD volume = 0;
-    DWORD high = 0;
-    DWORD low = 0;
-};
-
-bool readFolderId(HANDLE folder, FolderId& id)
+// The folder's number on its volume. The handles compared are opened in the
+// same held parent, or by the path just swept, so they are on one volume;
+// asking for the volume too costs Wine a look at every drive.
+bool readFolderId(HANDLE folder, LONGLONG& id, DWORD& error)
 {
-    BY_HANDLE_FILE_INFORMATION info = {};
-    if (!GetFileInformationByHandle(folder, &info))
-        return false;
-    id = FolderId{info.dwVolumeSerialNumber, info.nFileIndexHigh, info.nFileIndexLow};
-    return true;
-}
-
-bool isSameFolder(const FolderId& a, const FolderId& b)
-{
-    return a.volume == b.volume && a.high == b.high && a.low == b.low;
+    IO_STATUS_BLOCK status = {};
+    FILE_INTERNAL_INFORMATION info = {};
+    const NTSTATUS result = NtQueryInformationFile(folder, &status, &info, sizeof info, FileInternalInformation);
+    error = NT_SUCCESS(result) ? static_cast<DWORD>(ERROR_SUCCESS) : RtlNtStatusToDosError(result);
+    id = info.IndexNumber.QuadPart;
+    return NT_SUCCESS(result);
 }
 
 // A folder whose kind cannot be told counts as a link: it is neither entered
@@ -100,9 +95,8 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
 // the name still stands for it.
 Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, const QString& path, DWORD& error)
 {
-    FolderId held;
-    if (!readFolderId(hold.handle(), held)) {
-        error = GetLastError();
+    LONGLONG held = 0;
+    if (!readFolderId(hold.handle(), held, error)) {
         hold.folder.close();
         return Removal::Failed;
     }
@@ -110,8 +104,9 @@ Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, c
     OwnedHandle folder = openForRemoval(parent, name, path, error);
     if (!folder.isOpen())
         return isGoneError(error) ? Removal::Removed : Removal::Failed;
-    FolderId found;
-    if (!readFolderId(folder.handle, found) || !isSameFolder(held, found) || showsLink(folder.handle))
+    LONGLONG found = 0;
+    DWORD idError = ERROR_SUCCESS;
+    if (!readFolderId(folder.handle, found, idError) || found != held || showsLink(folder.handle))
         return Removal::NotTheSame;
     error = requestDeletion(folder.handle, 0);
     return error == ERROR_SUCCESS ? Removal::Removed : Removal::Failed;

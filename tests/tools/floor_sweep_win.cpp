@@ -5,13 +5,21 @@
 // per subfolder. It checks no age and resets no attributes, so it is only for
 // trees of plain files that are all to go. Failures go to standard error and
 // make the exit code 1.
-// Usage: kxFloorSweep <absolute folder>
+// With -handles it does the same job by the tool's own mechanism, and nothing
+// more: each folder is read through a handle held on it, each file opened
+// relative to that handle by its name, its time read, its deletion asked for,
+// and closed, four calls per file; each emptied folder is opened again by its
+// name for its removal.
+// Usage: kxFloorSweep [-handles] <absolute folder>
 
 #include "sweep/win32.h"
+
+#include <winternl.h>
 
 #include <cstdio>
 #include <cwchar>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -66,13 +74,102 @@ int clearFolder(const std::wstring& folder)
     return failures;
 }
 
+HANDLE openRelative(HANDLE folder, const std::wstring& name, ACCESS_MASK access, ULONG sharing, ULONG options)
+{
+    UNICODE_STRING objectName;
+    objectName.Buffer = const_cast<PWSTR>(name.c_str());
+    objectName.Length = static_cast<USHORT>(name.size() * sizeof(wchar_t));
+    objectName.MaximumLength = objectName.Length;
+    OBJECT_ATTRIBUTES attributes;
+    InitializeObjectAttributes(&attributes, &objectName, OBJ_CASE_INSENSITIVE, folder, nullptr);
+    IO_STATUS_BLOCK status = {};
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    const NTSTATUS result = NtCreateFile(&handle, access | SYNCHRONIZE, &attributes, &status, nullptr, 0, sharing,
+                                         FILE_OPEN, options | FILE_OPEN_REPARSE_POINT | FILE_SYNCHRONOUS_IO_NONALERT,
+                                         nullptr, 0);
+    return NT_SUCCESS(result) ? handle : INVALID_HANDLE_VALUE;
+}
+
+bool markForDeletion(HANDLE entry)
+{
+    FILE_DISPOSITION_INFO info = {};
+    info.DeleteFile = TRUE;
+    return SetFileInformationByHandle(entry, FileDispositionInfo, &info, sizeof info) != FALSE;
+}
+
+constexpr ULONG kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr ULONG kFolderOptions = FILE_DIRECTORY_FILE | FILE_OPEN_FOR_BACKUP_INTENT;
+
+bool deleteRelative(HANDLE folder, const std::wstring& name, bool isFolder)
+{
+    const HANDLE entry = openRelative(folder, name, DELETE | FILE_READ_ATTRIBUTES, kShareAll,
+                                      isFolder ? kFolderOptions : FILE_NON_DIRECTORY_FILE);
+    if (entry == INVALID_HANDLE_VALUE)
+        return false;
+    FILE_BASIC_INFO info = {};
+    const bool deleted = GetFileInformationByHandleEx(entry, FileBasicInfo, &info, sizeof info) && markForDeletion(entry);
+    CloseHandle(entry);
+    return deleted;
+}
+
+int clearHeldFolder(HANDLE folder)
+{
+    std::vector<std::uint64_t> buffer(64 * 1024 / sizeof(std::uint64_t));
+    std::vector<std::pair<std::wstring, bool>> entries;
+    for (FILE_INFO_BY_HANDLE_CLASS kind = FileFullDirectoryRestartInfo;
+         GetFileInformationByHandleEx(folder, kind, buffer.data(), static_cast<DWORD>(buffer.size() * 8));
+         kind = FileFullDirectoryInfo) {
+        for (const auto* bytes = reinterpret_cast<const unsigned char*>(buffer.data());;) {
+            const auto& entry = *reinterpret_cast<const FILE_FULL_DIR_INFO*>(bytes);
+            std::wstring name(entry.FileName, entry.FileNameLength / sizeof(wchar_t));
+            if (!isDotEntry(name.c_str()))
+                entries.emplace_back(name, (entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
+            if (entry.NextEntryOffset == 0)
+                break;
+            bytes += entry.NextEntryOffset;
+        }
+    }
+    int failures = 0;
+    for (const auto& [name, isFolder] : entries) {
+        if (isFolder) {
+            const HANDLE inner = openRelative(folder, name, FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE, kFolderOptions);
+            failures += inner == INVALID_HANDLE_VALUE ? 1 : clearHeldFolder(inner);
+            if (inner != INVALID_HANDLE_VALUE)
+                CloseHandle(inner);
+        }
+        if (!deleteRelative(folder, name, isFolder)) {
+            reportFailure("cannot delete", name, ERROR_GEN_FAILURE);
+            ++failures;
+        }
+    }
+    return failures;
+}
+
+int clearThroughHandles(const std::wstring& path)
+{
+    const HANDLE folder = CreateFileW(path.c_str(), FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (folder == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        reportFailure("cannot hold", path, error);
+        return 1;
+    }
+    const int failures = clearHeldFolder(folder);
+    CloseHandle(folder);
+    return failures;
+}
+
 }
 
 int wmain(int argc, wchar_t* argv[])
 {
-    if (argc != 2) {
-        fprintf(stderr, "usage: kxFloorSweep <absolute folder>\n");
+    const bool handles = argc == 3 && wcscmp(argv[1], L"-handles") == 0;
+    if (argc != 2 && !handles) {
+        fprintf(stderr, "usage: kxFloorSweep [-handles] <absolute folder>\n");
         return 2;
     }
-    return clearFolder(std::wstring(L"\\\\?\\") + argv[1]) == 0 ? 0 : 1;
+    const std::wstring folder = std::wstring(L"\\\\?\\") + argv[argc - 1];
+    return (handles ? clearThroughHandles(folder) : clearFolder(folder)) == 0 ? 0 : 1;
 }
