@@ -74,6 +74,8 @@ int clearFolder(const std::wstring& folder)
     return failures;
 }
 
+// Written out here, not taken from the tool: the floor must not move when the
+// tool does.
 HANDLE openRelative(HANDLE folder, const std::wstring& name, ACCESS_MASK access, ULONG sharing, ULONG options)
 {
     UNICODE_STRING objectName;
