@@ -53,9 +53,9 @@ def test_folders_from_the_match_down_can_be_entered_but_not_renamed_while_swept(
     assert renamer.stdout.readline().strip() == b"ready"
     result = tool("-do", "14", drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp")
     tries = renamer.communicate(timeout=120)[0].decode().splitlines()
-    # Entered as a rename's target and as a current folder, but not renamed (32,
-    # a sharing violation), each folder tried while the sweep went on.
-    assert tries == ["0 0 32"] * len(held) + ["during"]
+    # Entered as a rename's target and as a current folder, but neither removed
+    # nor renamed (32, a sharing violation), each tried while the sweep went on.
+    assert tries == ["0 0 32 32"] * len(held) + ["during"]
     assert "  2002 files deleted" in result[1]
     assert tree(work / "Users" / "alice") == ["AppData/", "AppData/Local/", "AppData/Local/Temp/"]
 
