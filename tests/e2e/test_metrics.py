@@ -17,8 +17,9 @@ def served(folder):
     with socket.socket() as probe:
         probe.bind(("127.0.0.1", 0))
         port = probe.getsockname()[1]
+    # At most a minute, even if it never says that it listens.
     exporter = subprocess.Popen(
-        ["prometheus-node-exporter", "--collector.disable-defaults", "--collector.textfile",
+        ["timeout", "60", "prometheus-node-exporter", "--collector.disable-defaults", "--collector.textfile",
          f"--collector.textfile.directory={folder}", f"--web.listen-address=127.0.0.1:{port}"],
         stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
     try:
