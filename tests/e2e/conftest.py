@@ -74,9 +74,14 @@ def work(drive, request):
 
 
 def run_exe(exe: str, *args, env=None, cwd=None):
-    """The exit code, standard output and standard error of a run."""
-    done = subprocess.run([str(WINE_RUN), exe, *args], stdin=subprocess.DEVNULL, capture_output=True,
-                          env=env or wine_env(), cwd=cwd, timeout=300)
+    """The exit code, standard output and standard error of a run. Wine now and then fails to start a
+    program at all; a run that printed nothing, not even the banner that comes first, is started once
+    more, and must then match."""
+    for _ in range(2):
+        done = subprocess.run([str(WINE_RUN), exe, *args], stdin=subprocess.DEVNULL, capture_output=True,
+                              env=env or wine_env(), cwd=cwd, timeout=300)
+        if done.stdout:
+            break
     return done.returncode, done.stdout.decode("latin-1").replace("\r\n", "\n"), done.stderr.decode("latin-1")
 
 
