@@ -83,7 +83,7 @@ OwnedHandle openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access,
         opened.handle = handle;
         return opened;
     }
-    error = result == kStatusDeletePending ? static_cast<DWORD>(ERROR_DELETE_PENDING) : RtlNtStatusToDosError(result);
+    error = openFailure(result);
     return opened;
 }
 
@@ -94,6 +94,13 @@ OwnedHandle openInFolderAskingLess(HANDLE folder, const QString& name, ACCESS_MA
     if (extra != 0 && error == ERROR_ACCESS_DENIED)
         opened = openInFolder(folder, name, access, sharing, options, error);
     return opened;
+}
+
+DWORD openFailure(LONG status)
+{
+    if (status == kStatusDeletePending)
+        return ERROR_DELETE_PENDING;
+    return RtlNtStatusToDosError(status);
 }
 
 bool isGoneError(DWORD error)

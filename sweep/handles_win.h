@@ -33,6 +33,11 @@ OwnedHandle openInFolder(HANDLE folder, const QString& name, ACCESS_MASK access,
 OwnedHandle openInFolderAskingLess(HANDLE folder, const QString& name, ACCESS_MASK access, ACCESS_MASK extra,
                                    ULONG sharing, ULONG options, DWORD& error);
 
+// The error that a failed open of an entry stands for. An entry that another
+// program has deleted but still holds open fails with a status of its own,
+// which the platform maps to "access denied"; here it stays told apart.
+DWORD openFailure(LONG status);
+
 // Nothing is there any more: not found, or deleted by another program that
 // still holds it open.
 bool isGoneError(DWORD error);

@@ -1,8 +1,10 @@
-// Win32 answers no run here can provoke: reparse tags Wine never makes, "C:", unreadable free space.
+// Win32 answers no run here can provoke: reparse tags Wine never makes, an entry deleted elsewhere but
+// still open, "C:", unreadable free space.
 
 #include "app/folder_run.h"
 #include "sweep/dir_listing_win.h"
 #include "sweep/file_ops.h"
+#include "sweep/handles_win.h"
 
 #include <gtest/gtest.h>
 
@@ -25,6 +27,22 @@ TEST(LinkEntry, NameSurrogatesZeroAndUnknownTagsAreLinksPlaceholdersAreNot)
     };
     for (const auto& c : cases)
         EXPECT_EQ(isLinkEntry(c.attributes, c.tag), c.isLink) << std::hex << c.attributes << " " << c.tag;
+}
+
+// Windows refuses to open such an entry with its own status; Wine opens it as
+// any other.
+TEST(OpenFailure, AnEntryDeletedElsewhereIsGoneWhereOneDeniedOrSharedIsNot)
+{
+    constexpr LONG kStatusDeletePending = static_cast<LONG>(0xC0000056);
+    constexpr LONG kStatusNameNotFound = static_cast<LONG>(0xC0000034);
+    constexpr LONG kStatusAccessDenied = static_cast<LONG>(0xC0000022);
+    constexpr LONG kStatusSharingViolation = static_cast<LONG>(0xC0000043);
+    const struct { LONG status; bool gone; } cases[] = {
+        {kStatusDeletePending, true}, {kStatusNameNotFound, true},
+        {kStatusAccessDenied, false}, {kStatusSharingViolation, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(isGoneError(openFailure(c.status)), c.gone) << std::hex << c.status;
 }
 
 TEST(FileOps, DriveRootsAndUnreadableDrives)
