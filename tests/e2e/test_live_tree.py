@@ -42,7 +42,7 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(suite, dri
     assert tree(work) == ["b_rewritten.txt"]
 
 
-def test_folders_from_the_match_down_can_be_entered_but_not_renamed_while_swept(tool, drive, work):
+def test_folders_from_the_match_down_can_be_entered_but_not_removed_or_renamed_while_swept(tool, drive, work):
     temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
     make_tree(temp, ", ".join(f"b_big/{i:04d}.tmp=o" for i in range(2000)) + ", a_first.tmp=o, c_last.tmp=o")
     held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
