@@ -122,16 +122,19 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
 }
 
 // The component matches whole folder names, each "*" standing for any run of
-// characters, ignoring case; a "*" matches neither files nor links.
+// characters, ignoring case; a "*" matches neither files nor links, nor the
+// system's own folders at a volume's root.
 void expandIn(const FolderHold& base, const QString& basePath, const QString& pattern, const QStringList& names,
               qsizetype next, Expansion& expansion)
 {
+    const bool atVolumeRoot = isVolumeRoot(basePath);
     DirListing* listing = nullptr;
     listing::create(listing);
     listing::open(listing, base.handle(), basePath);
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
-        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesKeepPattern(name, pattern))
+        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesKeepPattern(name, pattern)
+            || (atVolumeRoot && isVolumeSystemEntry(name, true)))
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderHold match = holdFoundFolder(base.handle(), name);

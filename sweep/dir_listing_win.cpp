@@ -4,40 +4,16 @@
 
 #include <vector>
 
-namespace {
-
-// Reparse tags whose folders keep their content in place: they are hydrated,
-// deduplicated, compressed or tiered, but they lead nowhere else.
-const DWORD kInPlaceReparseTags[] = {
-    static_cast<DWORD>(IO_REPARSE_TAG_HSM),          static_cast<DWORD>(IO_REPARSE_TAG_HSM2),
-    static_cast<DWORD>(IO_REPARSE_TAG_SIS),          static_cast<DWORD>(IO_REPARSE_TAG_WIM),
-    static_cast<DWORD>(IO_REPARSE_TAG_DFSR),         static_cast<DWORD>(IO_REPARSE_TAG_DEDUP),
-    static_cast<DWORD>(IO_REPARSE_TAG_FILE_PLACEHOLDER), static_cast<DWORD>(IO_REPARSE_TAG_WOF),
-    static_cast<DWORD>(IO_REPARSE_TAG_PROJFS),       static_cast<DWORD>(IO_REPARSE_TAG_STORAGE_SYNC),
-    static_cast<DWORD>(IO_REPARSE_TAG_ONEDRIVE),
-};
-
-bool keepsDataInPlace(DWORD reparseTag)
-{
-    if (isCloudFilesTag(reparseTag))
-        return true;
-    for (const DWORD tag : kInPlaceReparseTags) {
-        if (reparseTag == tag)
-            return true;
-    }
-    return false;
-}
-
-}
-
-bool isLinkEntry(DWORD attributes, DWORD reparseTag)
-{
-    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
-        return false;
-    if (IsReparseTagNameSurrogate(reparseTag))
-        return true;
-    return !keepsDataInPlace(reparseTag);
-}
+// The platform's names for what the listing's rules spell out.
+static_assert(kReparseTagDedup == static_cast<std::uint32_t>(IO_REPARSE_TAG_DEDUP));
+static_assert(kReparseTagWof == static_cast<std::uint32_t>(IO_REPARSE_TAG_WOF));
+static_assert(kReparseTagHsm == static_cast<std::uint32_t>(IO_REPARSE_TAG_HSM));
+static_assert(kReparseTagOneDrive == static_cast<std::uint32_t>(IO_REPARSE_TAG_ONEDRIVE));
+static_assert(kReparseTagNameSurrogate == static_cast<std::uint32_t>(IsReparseTagNameSurrogate(0xFFFFFFFFu)));
+static_assert(kErrorNoMoreFiles == ERROR_NO_MORE_FILES && kErrorFileNotFound == ERROR_FILE_NOT_FOUND);
+static_assert(kErrorInvalidParameter == ERROR_INVALID_PARAMETER && kErrorNotSupported == ERROR_NOT_SUPPORTED);
+static_assert(kErrorInvalidFunction == ERROR_INVALID_FUNCTION && kErrorAccessDenied == ERROR_ACCESS_DENIED);
+static_assert(kAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT && kAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
 
 namespace listing {
 
@@ -70,6 +46,7 @@ void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
     listing.linkFlags.append(isLinkEntry(entry.FileAttributes, entry.EaSize));
     listing.readOnlyFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
     listing.offlineFlags.append(isOfflineEntry(entry.FileAttributes, entry.EaSize));
+    listing.freesSpaceFlags.append(freesItsSpace(entry.FileAttributes, entry.EaSize));
 }
 
 DWORD readAll(DirListing& listing, HANDLE folder)
@@ -79,7 +56,7 @@ DWORD readAll(DirListing& listing, HANDLE folder)
     std::vector<std::uint64_t> buffer(kFetchBytes / sizeof(std::uint64_t));
     for (bool first = true;; first = false) {
         const DWORD error = fetch(folder, first, buffer);
-        if (error == ERROR_NO_MORE_FILES)
+        if (endsListing(error, first))
             return ERROR_SUCCESS;
         if (error != ERROR_SUCCESS)
             return error;
@@ -104,6 +81,7 @@ void clearLists(DirListing& listing)
     listing.linkFlags.clear();
     listing.readOnlyFlags.clear();
     listing.offlineFlags.clear();
+    listing.freesSpaceFlags.clear();
 }
 
 // Whether there is a current entry.
@@ -162,6 +140,11 @@ bool isReadOnly(DirListing*& handle)
 bool isOffline(DirListing*& handle)
 {
     return handle != nullptr && atEntry(*handle) && handle->offlineFlags.at(handle->index);
+}
+
+bool freesSpace(DirListing*& handle)
+{
+    return handle != nullptr && atEntry(*handle) && handle->freesSpaceFlags.at(handle->index);
 }
 
 QString name(DirListing*& handle)

@@ -5,6 +5,7 @@
 // through them.
 
 #include "sweep/file_time.h"
+#include "sweep/listing_rules.h"
 #include "sweep/win32.h"
 
 #include <QList>
@@ -25,14 +26,8 @@ struct DirListing {
     QList<bool> linkFlags;
     QList<bool> readOnlyFlags;
     QList<bool> offlineFlags;
+    QList<bool> freesSpaceFlags;
 };
-
-// A link to another folder: a reparse point whose tag names another place
-// (junctions, mount points, symbolic links), or whose tag is zero or not known
-// to keep its data in place. Wine shows a Linux symbolic link to a folder as a
-// reparse point with tag zero. Data placeholders, such as cloud files, are
-// ordinary entries.
-bool isLinkEntry(DWORD attributes, DWORD reparseTag);
 
 namespace listing {
 
@@ -50,6 +45,8 @@ bool isLink(DirListing*& handle);
 bool isReadOnly(DirListing*& handle);
 // The entry's data is not on this machine.
 bool isOffline(DirListing*& handle);
+// Deleting the entry frees the space it takes.
+bool freesSpace(DirListing*& handle);
 QString name(DirListing*& handle);
 QString fullPath(DirListing*& handle);
 TimeStamp time(DirListing*& handle);

@@ -23,13 +23,13 @@ bool hasOtherNames(HANDLE file)
 // The read-only attribute belongs to the file, not to the name: reset through
 // the handle, it is put back unless the file is gone with its only name, so a
 // file kept, or reached through another name outside the tree, keeps it.
-DWORD deleteReadOnly(FileToDelete& file)
+DWORD deleteReadOnly(FileToDelete& file, DeletionSupport& support)
 {
     const HANDLE handle = file.file.handle;
     const bool otherNames = hasOtherNames(handle);
     if (!setAttributes(handle, FILE_ATTRIBUTE_NORMAL))
         return GetLastError();
-    const DWORD error = requestDeletion(handle, 0);
+    const DWORD error = requestDeletion(handle, support);
     if (error != ERROR_SUCCESS || otherNames)
         setAttributes(handle, file.attributes);
     return error;
@@ -68,17 +68,22 @@ bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, F
 }
 
 // With POSIX semantics a read-only file goes with no attribute to reset.
-// Where the system refuses that request, it is refused the first time on
-// whatever file comes first, and that file's classic request may then fail on
-// the attribute: it is tried once more the classic way for read-only files.
-DWORD deleteOpenedFile(FileToDelete& file)
+// Where the volume refuses that, or accepts it and ignores the flag, the
+// attribute is reset through the handle instead.
+DWORD deleteOpenedFile(FileToDelete& file, DeletionSupport& support)
 {
     const bool readOnly = (file.attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    DWORD error = ERROR_ACCESS_DENIED;
-    if (!readOnly || knowsPosixDeletion())
-        error = requestDeletion(file.file.handle, FILE_DISPOSITION_FLAG_IGNORE_READONLY_ATTRIBUTE);
-    if (readOnly && !knowsPosixDeletion() && error == ERROR_ACCESS_DENIED)
-        error = deleteReadOnly(file);
+    DWORD error = ERROR_SUCCESS;
+    for (DeletionRequest request = firstDeletionRequest(support, readOnly); request != DeletionRequest::None;
+         request = nextDeletionRequest(request, error, readOnly, support)) {
+        if (request == DeletionRequest::ResetReadOnly) {
+            error = deleteReadOnly(file, support);
+            break;
+        }
+        error = sendDeletionRequest(file.file.handle, request);
+        if (error == ERROR_SUCCESS)
+            break;
+    }
     file.file.close();
     return error;
 }

@@ -31,5 +31,6 @@ struct FileToDelete {
 // its attributes, which it may need to go.
 bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, FileToDelete& file);
 
-// Deletes the opened file and closes it. ERROR_SUCCESS or the reason it stays.
-DWORD deleteOpenedFile(FileToDelete& file);
+// Deletes the opened file by the requests its volume knows, learning from
+// each refusal, and closes it. ERROR_SUCCESS or the reason it stays.
+DWORD deleteOpenedFile(FileToDelete& file, DeletionSupport& support);

@@ -5,6 +5,8 @@
 
 #include <winternl.h>
 
+#include <vector>
+
 namespace {
 
 // Reading the folder's content is what makes the handle count for sharing: a
@@ -18,24 +20,49 @@ constexpr ULONG kFolderOptions = FILE_DIRECTORY_FILE | FILE_OPEN_FOR_BACKUP_INTE
 // The folder's number on its volume. The handles compared are opened in the
 // same held parent, or by the path just swept, so they are on one volume;
 // asking for the volume too costs Wine a look at every drive.
-bool readFolderId(HANDLE folder, LONGLONG& id, DWORD& error)
+bool readFolderId(HANDLE folder, std::uint64_t& id, DWORD& error)
 {
     IO_STATUS_BLOCK status = {};
     FILE_INTERNAL_INFORMATION info = {};
     const NTSTATUS result = NtQueryInformationFile(folder, &status, &info, sizeof info, FileInternalInformation);
     error = NT_SUCCESS(result) ? static_cast<DWORD>(ERROR_SUCCESS) : RtlNtStatusToDosError(result);
-    id = info.IndexNumber.QuadPart;
+    id = static_cast<std::uint64_t>(info.IndexNumber.QuadPart);
     return NT_SUCCESS(result);
 }
 
-// A folder whose kind cannot be told counts as a link: it is neither entered
-// nor removed.
-bool showsLink(HANDLE folder)
+// The tag is asked for only where the attributes show a reparse point: FAT
+// and exFAT refuse the question for every folder.
+bool showsLink(HANDLE folder, DWORD attributes)
 {
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        return false;
     FILE_ATTRIBUTE_TAG_INFO info = {};
-    if (!GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &info, sizeof info))
-        return true;
-    return isLinkEntry(info.FileAttributes, info.ReparseTag);
+    const bool tagKnown = GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &info, sizeof info) != FALSE;
+    return showsLinkByHandle(attributes, tagKnown, info.ReparseTag);
+}
+
+bool readAttributes(HANDLE folder, DWORD& attributes)
+{
+    FILE_BASIC_INFO info = {};
+    if (!GetFileInformationByHandleEx(folder, FileBasicInfo, &info, sizeof info))
+        return false;
+    attributes = info.FileAttributes;
+    return true;
+}
+
+// The attributes and the identity in one question; false, with error set,
+// when the folder cannot be told.
+bool readHeldFolder(FolderHold& hold, DWORD& attributes)
+{
+    BY_HANDLE_FILE_INFORMATION info = {};
+    if (!GetFileInformationByHandle(hold.handle(), &info)) {
+        hold.error = GetLastError();
+        return false;
+    }
+    attributes = info.dwFileAttributes;
+    hold.identity.volumeSerial = info.dwVolumeSerialNumber;
+    hold.identity.fileIndex = (static_cast<std::uint64_t>(info.nFileIndexHigh) << 32) | info.nFileIndexLow;
+    return true;
 }
 
 OwnedHandle openForRemoval(HANDLE parent, const QString& name, const QString& path, DWORD& error)
@@ -58,10 +85,14 @@ FolderHold holdNamedFolder(const QString& folder)
     FolderHold hold;
     hold.folder.handle = CreateFileW(asWide(platformPath(folder).utf16()), kHoldAccess, kHoldSharing, nullptr,
                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_NO_RECALL, nullptr);
-    if (hold.isHeld())
+    if (!hold.isHeld()) {
+        hold.error = GetLastError();
+        hold.isMissing = isGoneError(hold.error);
         return hold;
-    hold.error = GetLastError();
-    hold.isMissing = isGoneError(hold.error);
+    }
+    DWORD attributes = 0;
+    if (!readHeldFolder(hold, attributes))
+        hold.folder.close();
     return hold;
 }
 
@@ -76,18 +107,28 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
         hold.isMissing = isGoneError(hold.error) || hold.error == ERROR_DIRECTORY;
         return hold;
     }
-    FILE_ATTRIBUTE_TAG_INFO info = {};
+    DWORD attributes = 0;
     // A folder whose kind cannot be told is not entered.
-    if (!GetFileInformationByHandleEx(hold.handle(), FileAttributeTagInfo, &info, sizeof info)) {
-        hold.error = GetLastError();
+    if (!readHeldFolder(hold, attributes)) {
         hold.folder.close();
         return hold;
     }
-    if (isLinkEntry(info.FileAttributes, info.ReparseTag)) {
+    if (showsLink(hold.handle(), attributes)) {
         hold.folder.close();
         hold.isLink = true;
     }
     return hold;
+}
+
+// The volume's path is the folder's own, or a part of it in the same form,
+// prefix included.
+bool isVolumeRoot(const QString& path)
+{
+    const QString folder = pathForFileCall(folderPrefix(absolutePath(path)));
+    std::vector<wchar_t> volume(static_cast<std::size_t>(folder.size()) + 2);
+    if (!GetVolumePathNameW(asWide(folder.utf16()), volume.data(), static_cast<DWORD>(volume.size())))
+        return false;
+    return folderPrefix(QString::fromWCharArray(volume.data())).compare(folder, Qt::CaseInsensitive) == 0;
 }
 
 // The hold shares no deletion, so it must go before the folder can be opened
@@ -95,19 +136,17 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
 // the name still stands for it.
 Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, const QString& path, DWORD& error)
 {
-    LONGLONG held = 0;
-    if (!readFolderId(hold.handle(), held, error)) {
-        hold.folder.close();
-        return Removal::Failed;
-    }
+    const FolderIdentity held = hold.identity;
     hold.folder.close();
     OwnedHandle folder = openForRemoval(parent, name, path, error);
     if (!folder.isOpen())
         return isGoneError(error) ? Removal::Removed : Removal::Failed;
-    LONGLONG found = 0;
+    std::uint64_t found = 0;
     DWORD idError = ERROR_SUCCESS;
-    if (!readFolderId(folder.handle, found, idError) || found != held || showsLink(folder.handle))
+    DWORD attributes = 0;
+    if (!readFolderId(folder.handle, found, idError) || found != held.fileIndex || !readAttributes(folder.handle, attributes)
+        || showsLink(folder.handle, attributes))
         return Removal::NotTheSame;
-    error = requestDeletion(folder.handle, 0);
+    error = requestDeletion(folder.handle, deletionSupportFor(held.volumeSerial));
     return error == ERROR_SUCCESS ? Removal::Removed : Removal::Failed;
 }

@@ -7,6 +7,7 @@
 // rename files into it, as those ask for no deletion.
 
 #include "sweep/handles_win.h"
+#include "sweep/listing_rules.h"
 
 #include <QString>
 
@@ -18,6 +19,8 @@ struct FolderHold {
     bool isMissing = false;
     // Why a folder that is there could not be held; ERROR_SUCCESS otherwise.
     DWORD error = ERROR_SUCCESS;
+    // Read through the handle once it is held.
+    FolderIdentity identity;
 
     bool isHeld() const { return folder.isOpen(); }
     HANDLE handle() const { return folder.handle; }
@@ -32,6 +35,10 @@ FolderHold holdNamedFolder(const QString& folder);
 // the handle: isLink is set and nothing is held. So is a folder gone since,
 // with isMissing.
 FolderHold holdFoundFolder(HANDLE parent, const QString& name);
+
+// Whether the folder the path names is the root of a volume: a drive's root, a
+// share's, or a volume mounted into a folder.
+bool isVolumeRoot(const QString& path);
 
 // What removing an emptied folder came to.
 enum class Removal { Removed, Failed, NotTheSame };

@@ -2,6 +2,7 @@
 
 #include <winternl.h>
 
+#include <map>
 #include <utility>
 
 namespace {
@@ -14,18 +15,20 @@ constexpr int kLongestName = 32767;
 // fails with this status, which the platform maps to "access denied".
 constexpr NTSTATUS kStatusDeletePending = static_cast<NTSTATUS>(0xC0000056);
 
-bool posixDeletionUnknown = false;
-
-bool isUnknownRequest(DWORD error)
-{
-    return error == ERROR_INVALID_PARAMETER || error == ERROR_NOT_SUPPORTED || error == ERROR_INVALID_FUNCTION;
-}
-
 DWORD classicDeletion(HANDLE entry)
 {
     FILE_DISPOSITION_INFO info = {};
     info.DeleteFile = TRUE;
     if (SetFileInformationByHandle(entry, FileDispositionInfo, &info, sizeof info))
+        return ERROR_SUCCESS;
+    return GetLastError();
+}
+
+DWORD posixDeletion(HANDLE entry, ULONG extraFlags)
+{
+    FILE_DISPOSITION_INFO_EX info = {};
+    info.Flags = FILE_DISPOSITION_FLAG_DELETE | FILE_DISPOSITION_FLAG_POSIX_SEMANTICS | extraFlags;
+    if (SetFileInformationByHandle(entry, FileDispositionInfoEx, &info, sizeof info))
         return ERROR_SUCCESS;
     return GetLastError();
 }
@@ -108,24 +111,36 @@ bool isGoneError(DWORD error)
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_DELETE_PENDING;
 }
 
-bool knowsPosixDeletion()
+// A render node mixes local drives and file servers, which know different
+// requests: what one refused says nothing about another.
+DeletionSupport& deletionSupportFor(std::uint32_t volumeSerial)
 {
-    return !posixDeletionUnknown;
+    static std::map<std::uint32_t, DeletionSupport> volumes;
+    return volumes[volumeSerial];
 }
 
-// Windows 10 from 1809 on knows the POSIX request; older systems and many file
-// servers refuse it as an unknown one, and are then not asked again in this run.
-DWORD requestDeletion(HANDLE entry, ULONG posixFlags)
+DWORD sendDeletionRequest(HANDLE entry, DeletionRequest request)
 {
-    if (!posixDeletionUnknown) {
-        FILE_DISPOSITION_INFO_EX info = {};
-        info.Flags = FILE_DISPOSITION_FLAG_DELETE | FILE_DISPOSITION_FLAG_POSIX_SEMANTICS | posixFlags;
-        if (SetFileInformationByHandle(entry, FileDispositionInfoEx, &info, sizeof info))
-            return ERROR_SUCCESS;
-        const DWORD error = GetLastError();
-        if (!isUnknownRequest(error))
-            return error;
-        posixDeletionUnknown = true;
+    switch (request) {
+    case DeletionRequest::PosixIgnoringReadOnly:
+        return posixDeletion(entry, FILE_DISPOSITION_FLAG_IGNORE_READONLY_ATTRIBUTE);
+    case DeletionRequest::Posix:
+        return posixDeletion(entry, 0);
+    case DeletionRequest::Classic:
+        return classicDeletion(entry);
+    default:
+        return ERROR_INVALID_FUNCTION;
     }
-    return classicDeletion(entry);
+}
+
+DWORD requestDeletion(HANDLE entry, DeletionSupport& support)
+{
+    DWORD error = ERROR_SUCCESS;
+    for (DeletionRequest request = firstDeletionRequest(support, false); request != DeletionRequest::None;
+         request = nextDeletionRequest(request, error, false, support)) {
+        error = sendDeletionRequest(entry, request);
+        if (error == ERROR_SUCCESS)
+            break;
+    }
+    return error;
 }

@@ -3,6 +3,7 @@
 // exact name relative to the held folder it was listed in, and the deletion
 // request, for files and folders alike.
 
+#include "sweep/deletion_rules.h"
 #include "sweep/win32.h"
 
 #include <QString>
@@ -42,12 +43,15 @@ DWORD openFailure(LONG status);
 // still holds it open.
 bool isGoneError(DWORD error);
 
-// Whether the system has not yet refused the deletion request with POSIX
-// semantics as unknown.
-bool knowsPosixDeletion();
+// What the volume with this serial number has refused of the deletion
+// requests so far in this run.
+DeletionSupport& deletionSupportFor(std::uint32_t volumeSerial);
 
-// Asks for the opened entry's deletion: with POSIX semantics and the extra
-// flags where the system knows that request, which unlinks the name at once
-// even while others hold the entry open; otherwise the classic request, which
-// takes effect when the last handle closes. ERROR_SUCCESS or the reason.
-DWORD requestDeletion(HANDLE entry, ULONG posixFlags);
+// Sends one request for the opened entry's deletion; ERROR_SUCCESS or the
+// reason. ResetReadOnly and None are not requests and fail.
+DWORD sendDeletionRequest(HANDLE entry, DeletionRequest request);
+
+// Asks for the deletion of an opened entry that is not read-only, by the best
+// request its volume knows, learning from each refusal. ERROR_SUCCESS or the
+// reason.
+DWORD requestDeletion(HANDLE entry, DeletionSupport& support);

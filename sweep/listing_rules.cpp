@@ -1,5 +1,7 @@
 #include "sweep/listing_rules.h"
 
+#include <cstddef>
+
 namespace {
 
 const QChar kBackslash = QLatin1Char('\\');
@@ -30,12 +32,90 @@ bool isCloudFilesTag(std::uint32_t reparseTag)
     return (reparseTag & ~kReparseTagCloudMask) == kReparseTagCloud;
 }
 
+namespace {
+
+// Reparse tags whose entries keep their content in place: they are hydrated,
+// deduplicated, compressed or tiered, but they lead nowhere else.
+const std::uint32_t kInPlaceReparseTags[] = {
+    kReparseTagHsm,  kReparseTagHsm2,           kReparseTagSis, kReparseTagWim,
+    kReparseTagDfsr, kReparseTagDedup,          kReparseTagFilePlaceholder,
+    kReparseTagWof,  kReparseTagProjFs,         kReparseTagStorageSync,
+    kReparseTagOneDrive,
+};
+
+bool keepsDataInPlace(std::uint32_t reparseTag)
+{
+    if (isCloudFilesTag(reparseTag))
+        return true;
+    for (const std::uint32_t tag : kInPlaceReparseTags) {
+        if (reparseTag == tag)
+            return true;
+    }
+    return false;
+}
+
+bool isReparsePoint(std::uint32_t attributes)
+{
+    return (attributes & kAttributeReparsePoint) != 0;
+}
+
+const char* const kVolumeSystemFolders[] = {"System Volume Information", "$RECYCLE.BIN"};
+const char* const kVolumeSystemFiles[] = {"pagefile.sys", "swapfile.sys", "hiberfil.sys", "DumpStack.log.tmp"};
+
+template <std::size_t N>
+bool isOneOf(const QString& name, const char* const (&names)[N])
+{
+    for (const char* known : names) {
+        if (name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+}
+
+bool isLinkEntry(std::uint32_t attributes, std::uint32_t reparseTag)
+{
+    if (!isReparsePoint(attributes))
+        return false;
+    if ((reparseTag & kReparseTagNameSurrogate) != 0)
+        return true;
+    return !keepsDataInPlace(reparseTag);
+}
+
+bool showsLinkByHandle(std::uint32_t attributes, bool tagKnown, std::uint32_t reparseTag)
+{
+    if (!isReparsePoint(attributes))
+        return false;
+    return !tagKnown || isLinkEntry(attributes, reparseTag);
+}
+
+bool isUnsupportedRequest(std::uint32_t error)
+{
+    return error == kErrorInvalidParameter || error == kErrorNotSupported || error == kErrorInvalidFunction;
+}
+
+bool endsListing(std::uint32_t error, bool firstFetch)
+{
+    return error == kErrorNoMoreFiles || (firstFetch && error == kErrorFileNotFound);
+}
+
+bool freesItsSpace(std::uint32_t attributes, std::uint32_t reparseTag)
+{
+    return !isReparsePoint(attributes) || (reparseTag != kReparseTagDedup && reparseTag != kReparseTagWof);
+}
+
+bool isVolumeSystemEntry(const QString& name, bool isFolder)
+{
+    return isFolder ? isOneOf(name, kVolumeSystemFolders) : isOneOf(name, kVolumeSystemFiles);
+}
+
 bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag)
 {
     constexpr std::uint32_t kNotHere = kAttributeOffline | kAttributeRecallOnOpen | kAttributeRecallOnDataAccess;
     if ((attributes & kNotHere) != 0)
         return true;
-    return (attributes & kAttributeReparsePoint) != 0 && isCloudFilesTag(reparseTag);
+    return isReparsePoint(attributes) && isCloudFilesTag(reparseTag);
 }
 
 bool isSelfOrParent(const QString& name)

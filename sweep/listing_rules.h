@@ -18,6 +18,8 @@ TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32
                     std::uint32_t creationHigh);
 
 // Attribute bits and reparse tags as the platform defines them.
+constexpr std::uint32_t kAttributeReadOnly = 0x00000001;
+constexpr std::uint32_t kAttributeDirectory = 0x00000010;
 constexpr std::uint32_t kAttributeReparsePoint = 0x00000400;
 constexpr std::uint32_t kAttributeOffline = 0x00001000;
 constexpr std::uint32_t kAttributeRecallOnOpen = 0x00040000;
@@ -25,8 +27,75 @@ constexpr std::uint32_t kAttributeRecallOnDataAccess = 0x00400000;
 constexpr std::uint32_t kReparseTagCloud = 0x9000001A;
 // The cloud-files tags differ from kReparseTagCloud only in these bits.
 constexpr std::uint32_t kReparseTagCloudMask = 0x0000F000;
+// A tag with this bit set names another place: junctions, mount points,
+// symbolic links.
+constexpr std::uint32_t kReparseTagNameSurrogate = 0x20000000;
+constexpr std::uint32_t kReparseTagHsm = 0xC0000004;
+constexpr std::uint32_t kReparseTagHsm2 = 0x80000006;
+constexpr std::uint32_t kReparseTagSis = 0x80000007;
+constexpr std::uint32_t kReparseTagWim = 0x80000008;
+constexpr std::uint32_t kReparseTagDfsr = 0x80000012;
+constexpr std::uint32_t kReparseTagDedup = 0x80000013;
+constexpr std::uint32_t kReparseTagFilePlaceholder = 0x80000015;
+constexpr std::uint32_t kReparseTagWof = 0x80000017;
+constexpr std::uint32_t kReparseTagProjFs = 0x9000001C;
+constexpr std::uint32_t kReparseTagStorageSync = 0x8000001E;
+constexpr std::uint32_t kReparseTagOneDrive = 0x80000021;
+
+// System error codes that the listing's rules tell apart.
+constexpr std::uint32_t kErrorFileNotFound = 2;
+constexpr std::uint32_t kErrorInvalidFunction = 1;
+constexpr std::uint32_t kErrorAccessDenied = 5;
+constexpr std::uint32_t kErrorNoMoreFiles = 18;
+constexpr std::uint32_t kErrorNotSupported = 50;
+constexpr std::uint32_t kErrorInvalidParameter = 87;
 
 bool isCloudFilesTag(std::uint32_t reparseTag);
+
+// A link to another folder: a reparse point whose tag names another place
+// (junctions, mount points, symbolic links), or whose tag is zero or not known
+// to keep its data in place. Wine shows a Linux symbolic link to a folder as a
+// reparse point with tag zero. Data placeholders, such as cloud files, are
+// ordinary entries.
+bool isLinkEntry(std::uint32_t attributes, std::uint32_t reparseTag);
+
+// Whether a folder opened by its handle shows a link. Only a reparse point is
+// asked for its tag: FAT and exFAT have none and refuse the question. Where the
+// tag cannot be had, a reparse point is taken for a link, since a folder whose
+// kind cannot be told is never entered.
+bool showsLinkByHandle(std::uint32_t attributes, bool tagKnown, std::uint32_t reparseTag);
+
+// A folder's identity: its volume's serial number and its number there. Two
+// handles with the same identity stand for the same folder, whatever names led
+// to them.
+struct FolderIdentity {
+    std::uint32_t volumeSerial = 0;
+    std::uint64_t fileIndex = 0;
+
+    bool operator<(const FolderIdentity& other) const
+    {
+        return volumeSerial != other.volumeSerial ? volumeSerial < other.volumeSerial : fileIndex < other.fileIndex;
+    }
+};
+
+// A refusal that says the file system does not know the question at all.
+bool isUnsupportedRequest(std::uint32_t error);
+
+// Whether a failed fetch of a folder's entries ends its listing without an
+// error. FAT and exFAT have no "." and ".." entries, so their first fetch of an
+// empty folder finds nothing at all and says "file not found".
+bool endsListing(std::uint32_t error, bool firstFetch);
+
+// Whether deleting the entry frees the space it takes: a deduplicated or
+// compressed file's data is shared or packed elsewhere, so freeing space never
+// counts on it.
+bool freesItsSpace(std::uint32_t attributes, std::uint32_t reparseTag);
+
+// The entries that the system keeps at the root of a volume: the volume's own
+// data (shadow copies, deduplication's chunk store, quotas, replication), the
+// recycle bin, and the paging, swap, hibernation and crash-dump files. None is
+// ever entered, deleted, removed or matched by a "*".
+bool isVolumeSystemEntry(const QString& name, bool isFolder);
 
 // An entry whose data is not on this machine: offline, recalled from elsewhere
 // when opened or read, or a cloud-files placeholder, whose deletion would

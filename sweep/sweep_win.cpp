@@ -10,6 +10,7 @@
 #include "text/output.h"
 
 #include <deque>
+#include <set>
 #include <utility>
 
 namespace {
@@ -86,6 +87,17 @@ void keepOffline(const QString& name, bool isFolder, const Walk& walk, FolderVer
     markKept(verdict);
 }
 
+// What the system keeps at a volume's root is the volume's, not a job's.
+bool keepVolumeSystemEntry(const QString& name, bool isFolder, bool atVolumeRoot, const Walk& walk,
+                           FolderVerdict& verdict)
+{
+    if (!atVolumeRoot || !isVolumeSystemEntry(name, isFolder))
+        return false;
+    logDecision(walk, "-sys", name, isFolder);
+    markKept(verdict);
+    return true;
+}
+
 void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp now)
 {
     if (progressStamp == nullptr)
@@ -126,11 +138,13 @@ void logDeletion(const QString& name, const Walk& walk)
 // The listing's age decided that the file is opened at all; the file's own
 // time, read through the handle that deletes it, decides whether it goes, so a
 // file written since the listing stays. A dry run opens nothing.
-void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, FolderVerdict& verdict)
+void deleteListedFile(DirListing*& listing, HANDLE folder, DeletionSupport& support, const Walk& walk,
+                      FolderVerdict& verdict)
 {
     const QString name = listing::name(listing);
     if (walk.out.candidates != nullptr) {
-        walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
+        if (listing::freesSpace(listing))
+            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
         return;
     }
     if (walk.settings.dryRun) {
@@ -149,7 +163,7 @@ void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, Fol
         return;
     }
     logDeletion(name, walk);
-    const DWORD error = opened ? deleteOpenedFile(file) : file.error;
+    const DWORD error = opened ? deleteOpenedFile(file, support) : file.error;
     // A file gone since the listing counts as deleted.
     if (error == ERROR_SUCCESS || isGoneError(error)) {
         countDeleted(listing, walk.out);
@@ -158,27 +172,6 @@ void deleteListedFile(DirListing*& listing, HANDLE folder, const Walk& walk, Fol
     reportError(walk, listing::fullPath(listing), deletionFailureText(error));
     verdict.failed = true;
     verdict.nothingLeft = false;
-}
-
-void sweepFile(DirListing*& listing, HANDLE folder, TimeStamp now, const Walk& walk, FolderVerdict& verdict)
-{
-    const QString name = listing::name(listing);
-    if (keepByName(name, false, walk, verdict))
-        return;
-    if (listing::isOffline(listing)) {
-        keepOffline(name, false, walk, verdict);
-        return;
-    }
-    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
-        logDecision(walk, "-ignS", name, false, quoted("   ", *suffix));
-        markKept(verdict);
-        return;
-    }
-    if (!isDue(listing::time(listing), walk.settings, now)) {
-        logTooYoung(name, walk, verdict);
-        return;
-    }
-    deleteListedFile(listing, folder, walk, verdict);
 }
 
 // One folder under way. The walk keeps these on the heap, one per level of the
@@ -191,6 +184,8 @@ struct FolderFrame {
     QString name;
     bool removeIfEmpty;
     FolderHold hold;
+    // The root of a volume, where the system keeps entries of its own.
+    bool atVolumeRoot = false;
     DirListing* listing = nullptr;
     TimeStamp now = 0;
     FolderVerdict verdict;
@@ -205,17 +200,52 @@ struct FolderFrame {
 };
 
 // A deque, since a frame's listing must stay where it was created while
-// deeper frames come and go.
-using FolderPath = std::deque<FolderFrame>;
+// deeper frames come and go. The identities of the folders held on it tell a
+// folder that leads back up the path, such as a file server's link shown as a
+// plain folder or a folder mounted into itself.
+struct FolderPath {
+    std::deque<FolderFrame> frames;
+    std::set<FolderIdentity> identities;
+};
+
+void sweepFile(FolderFrame& frame, const Walk& walk)
+{
+    DirListing*& listing = frame.listing;
+    FolderVerdict& verdict = frame.verdict;
+    const QString name = listing::name(listing);
+    if (keepByName(name, false, walk, verdict) || keepVolumeSystemEntry(name, false, frame.atVolumeRoot, walk, verdict))
+        return;
+    if (listing::isOffline(listing)) {
+        keepOffline(name, false, walk, verdict);
+        return;
+    }
+    if (const QString* suffix = matchingSuffix(walk.settings.ignoreSuffixes, name)) {
+        logDecision(walk, "-ignS", name, false, quoted("   ", *suffix));
+        markKept(verdict);
+        return;
+    }
+    // Freeing space never takes a file whose deletion would free next to
+    // nothing: its data is deduplicated or packed elsewhere.
+    if (!isDue(listing::time(listing), walk.settings, frame.now)
+        || (walk.settings.freeingSpace && !listing::freesSpace(listing))) {
+        logTooYoung(name, walk, verdict);
+        return;
+    }
+    deleteListedFile(listing, frame.hold.handle(), deletionSupportFor(frame.hold.identity.volumeSerial), walk,
+                     verdict);
+}
 
 // The whole folder is read through the held handle before anything in it is
 // deleted. A folder that could not be held or read is reported and kept, so
 // it is never removed with files in it that nobody looked at; one that is gone
 // since its listing is silently nothing.
 void enterFolder(FolderPath& path, const QString& folder, const QString& name, bool removeIfEmpty, FolderHold hold,
-                 const Walk& walk)
+                 bool atVolumeRoot, const Walk& walk)
 {
-    FolderFrame& frame = path.emplace_back(folder, name, removeIfEmpty, std::move(hold));
+    FolderFrame& frame = path.frames.emplace_back(folder, name, removeIfEmpty, std::move(hold));
+    frame.atVolumeRoot = atVolumeRoot;
+    if (frame.hold.isHeld())
+        path.identities.insert(frame.hold.identity);
     listing::create(frame.listing);
     if (walk.fullLog())
         walk.out.log->append(latin("   [") + folder + latin("]: \n"));
@@ -243,7 +273,8 @@ void keepLink(const QString& name, const Walk& walk, FolderVerdict& verdict)
 void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 {
     const QString name = listing::name(parent.listing);
-    if (keepByName(name, true, walk, parent.verdict))
+    if (keepByName(name, true, walk, parent.verdict)
+        || keepVolumeSystemEntry(name, true, parent.atVolumeRoot, walk, parent.verdict))
         return;
     if (listing::isOffline(parent.listing)) {
         keepOffline(name, true, walk, parent.verdict);
@@ -262,7 +293,7 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         return;
     }
     FolderHold hold = holdFoundFolder(parent.hold.handle(), name);
-    if (hold.isLink) {
+    if (hold.isLink || (hold.isHeld() && path.identities.count(hold.identity) != 0)) {
         keepLink(name, walk, parent.verdict);
         return;
     }
@@ -270,7 +301,9 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
     // Gone since the listing: nothing is left of it.
     if (hold.isMissing)
         return;
-    enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), walk);
+    // A volume mounted inside the tree has a serial number of its own.
+    const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
+    enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), atVolumeRoot, walk);
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,
@@ -278,13 +311,14 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 // is left alone, without an error, and its parent stays.
 bool leaveFolder(FolderPath& path, const Walk& walk)
 {
-    FolderFrame& frame = path.back();
+    FolderFrame& frame = path.frames.back();
     const FolderVerdict& verdict = frame.verdict;
     if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
         return verdict.nothingLeft;
     if (walk.settings.dryRun)
         return true;
-    const HANDLE parent = path.size() > 1 ? path[path.size() - 2].hold.handle() : INVALID_HANDLE_VALUE;
+    const std::deque<FolderFrame>& frames = path.frames;
+    const HANDLE parent = frames.size() > 1 ? frames[frames.size() - 2].hold.handle() : INVALID_HANDLE_VALUE;
     DWORD error = ERROR_SUCCESS;
     const Removal removal = removeHeldFolder(frame.hold, parent, frame.name, frame.folder, error);
     if (removal == Removal::Failed)
@@ -301,22 +335,25 @@ bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings
 
     const Walk walk{settings, outputs};
     FolderPath path;
-    enterFolder(path, folder, QString(), settings.removeIfEmpty, std::move(hold), walk);
+    const bool atVolumeRoot = hold.isHeld() && isVolumeRoot(folder);
+    enterFolder(path, folder, QString(), settings.removeIfEmpty, std::move(hold), atVolumeRoot, walk);
     for (;;) {
-        FolderFrame& frame = path.back();
+        FolderFrame& frame = path.frames.back();
         if (listing::next(frame.listing)) {
             if (!listing::isFolder(frame.listing))
-                sweepFile(frame.listing, frame.hold.handle(), frame.now, walk, frame.verdict);
+                sweepFile(frame, walk);
             else if (settings.recurse)
                 visitSubfolder(path, frame, walk);
             continue;
         }
+        const FolderIdentity identity = frame.hold.identity;
         const bool nothingLeft = leaveFolder(path, walk);
-        path.pop_back();
-        if (path.empty())
+        path.identities.erase(identity);
+        path.frames.pop_back();
+        if (path.frames.empty())
             return nothingLeft;
         if (!nothingLeft)
-            markKept(path.back().verdict);
+            markKept(path.frames.back().verdict);
     }
 }
 
