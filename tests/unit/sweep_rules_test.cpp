@@ -90,21 +90,6 @@ QString text(const char16_t* units)
     return QString::fromUtf16(units);
 }
 
-// Values as Windows documents them: offline, recall on open, recall on data
-// access, a reparse point, the cloud-files tag and its numbered variants.
-TEST(OfflineEntry, DataNotOnTheNodeIsKeptWhateverElseIsTrue)
-{
-    const struct { std::uint32_t attributes, tag; bool offline; } cases[] = {
-        {0x00000020, 0, false},         {0x00001020, 0, true},
-        {0x00040010, 0, true},          {0x00400020, 0, true},
-        {0x00000420, 0x9000001A, true}, {0x00000420, 0x9000101A, true},
-        {0x00000410, 0x9000F01A, true}, {0x00000020, 0x9000001A, false},
-        {0x00000420, 0x9000001B, false}, {0x00000410, 0xA000000C, false},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(isOfflineEntry(c.attributes, c.tag), c.offline) << std::hex << c.attributes << " " << c.tag;
-}
-
 TEST(FreeSpaceGoal, SizesInMiBGiBTiBOrPercentAboveZero)
 {
     const struct { const char* text; bool valid; double bytes; } cases[] = {

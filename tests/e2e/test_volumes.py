@@ -1,0 +1,70 @@
+"""Volumes as a render node has them, on file systems of the test's own: a
+drive's root with the system's entries, and a folder mounted into itself."""
+
+import os
+import subprocess
+
+import pytest
+
+from conftest import BANNER, WINEPREFIX, make_tree, masked
+
+SYSTEM = ("System Volume Information/tracking.log=o, $RECYCLE.BIN/S-1-5-18/old.dat=o, pagefile.sys=o, "
+          "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y")
+KEPT = ["System Volume Information/tracking.log", "$RECYCLE.BIN/S-1-5-18/old.dat", "pagefile.sys",
+        "DumpStack.log.tmp", "cache/new.exr"]
+
+
+def mounted(*command):
+    if subprocess.run(["mount", *command], capture_output=True).returncode:
+        pytest.skip("mounts are refused here")
+
+
+@pytest.fixture
+def drive_t(tmp_path, suite):
+    root = tmp_path / "t"
+    root.mkdir()
+    mounted("-t", "tmpfs", "-o", "size=8m", "tmpfs", str(root))
+    link = WINEPREFIX / "dosdevices" / "t:"
+    link.unlink(missing_ok=True)
+    link.symlink_to(root)
+    yield root
+    link.unlink()
+    subprocess.run(["umount", str(root)], check=True)
+
+
+def report(folder, count, log):
+    return (f"\nStarting to delete files in folder '{folder}', File have to be older than 14 days.\n"
+            f"     ...{folder}...\n  {count} files deleted (0 Kib). \n\n\n{log}\n\n"
+            f"  Done. Free drive space in {folder} is <free> MiB\n\n")
+
+
+# The drive named, and matched by a "*": the system's entries stay, the cache is cleaned.
+@pytest.mark.parametrize("folder, out", [
+    ("T:\\", report("T:\\", 1, "   [T:\\]: \n     -sys [$RECYCLE.BIN]\n     -dir [cache]\n   [T:\\cache]: \n"
+                                "     -ignT new.exr\n     -del old.exr\n     -sys DumpStack.log.tmp\n"
+                                "     -sys pagefile.sys\n     -sys [System Volume Information]\n")),
+    ("T:\\*", "Searching for folders matching 'T:\\*'." + report(
+        "T:\\cache", 1, "   [T:\\cache]: \n     -ignT new.exr\n     -del old.exr\n")),
+], ids=["root", "star"])
+def test_a_volume_root_keeps_the_system_entries(tool, drive_t, folder, out):
+    make_tree(drive_t, SYSTEM)
+    code, stdout, stderr = tool("-do", "14", folder, "-v")
+    assert (code, masked(stdout), stderr) == (0, BANNER + out, "")
+    assert all((drive_t / path).is_file() for path in KEPT) and not (drive_t / "cache/old.exr").exists()
+
+
+# A folder that leads back up the path, as a file server's link shown as a
+# plain folder does, is kept like a link: the sweep ends, and nothing is lost.
+def test_a_folder_mounted_into_itself_is_kept_as_a_link(tool, drive, work):
+    make_tree(work, "old.txt=o, b/old2.txt=o, b/loop/")
+    loop = work / "b" / "loop"
+    mounted("--bind", str(work), str(loop))
+    try:
+        code, stdout, stderr = tool("-v", "-do", "14", drive.win(work))
+        assert loop.is_dir() and (loop / "b").is_dir()
+    finally:
+        subprocess.run(["umount", "-l", str(loop)], check=True)
+    folder = drive.win(work)
+    log = f"   [{folder}]: \n     -dir [b]\n   [{folder}\\b]: \n     -lnk [loop]\n     -del old2.txt\n     -del old.txt\n"
+    assert (code, masked(stdout), stderr) == (0, BANNER + report(folder, 2, log), "")
+    assert sorted(os.listdir(work)) == ["b"] and os.listdir(loop) == []

@@ -1,0 +1,153 @@
+// What an entry is, from what the file system answers, including the answers of
+// file systems that Wine never gives: FAT and exFAT, deduplicated and cloud
+// volumes, and systems and file servers that refuse a deletion request.
+
+#include "sweep/deletion_rules.h"
+#include "sweep/listing_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t kFolder = 0x00000010;
+constexpr std::uint32_t kReparse = 0x00000410;
+constexpr std::uint32_t kSymlinkTag = 0xA000000C;
+constexpr std::uint32_t kMountPointTag = 0xA0000003;
+
+// Wine makes symbolic links only; the other tags stand for what the file
+// systems of a render node may hold.
+TEST(LinkEntry, NameSurrogatesZeroAndUnknownTagsAreLinksPlaceholdersAreNot)
+{
+    const struct { std::uint32_t attributes, tag; bool isLink; } cases[] = {
+        {kFolder, kSymlinkTag, false},         {kReparse, 0, true},
+        {kReparse, kMountPointTag, true},      {kReparse, 0x8000000A, true},
+        {kReparse, 0x00001234, true},          {kReparse, 0x9000001A, false},
+        {kReparse, 0x9000F01A, false},         {kReparse, kReparseTagDedup, false},
+        {kReparse, kReparseTagWof, false},     {kReparse, kReparseTagOneDrive, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(isLinkEntry(c.attributes, c.tag), c.isLink) << std::hex << c.attributes << " " << c.tag;
+}
+
+// A handle's answer: without a reparse point the tag is never asked, so FAT's
+// refusal of the question never makes a plain folder a link.
+TEST(LinkEntry, AHandleIsAskedForItsTagOnlyAtAReparsePoint)
+{
+    const struct { std::uint32_t attributes; bool tagKnown; std::uint32_t tag; bool isLink; } cases[] = {
+        {kFolder, false, 0, false},      {kFolder, true, kSymlinkTag, false},
+        {kReparse, true, kSymlinkTag, true}, {kReparse, true, kReparseTagDedup, false},
+        {kReparse, false, 0, true},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(showsLinkByHandle(c.attributes, c.tagKnown, c.tag), c.isLink) << c.attributes << " " << c.tagKnown;
+}
+
+// Values as Windows documents them: offline, recall on open, recall on data
+// access, a reparse point, the cloud-files tag and its numbered variants.
+TEST(OfflineEntry, DataNotOnTheNodeIsKeptWhateverElseIsTrue)
+{
+    const struct { std::uint32_t attributes, tag; bool offline; } cases[] = {
+        {0x00000020, 0, false},         {0x00001020, 0, true},
+        {0x00040010, 0, true},          {0x00400020, 0, true},
+        {0x00000420, 0x9000001A, true}, {0x00000420, 0x9000101A, true},
+        {0x00000410, 0x9000F01A, true}, {0x00000020, 0x9000001A, false},
+        {0x00000420, 0x9000001B, false}, {0x00000410, 0xA000000C, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(isOfflineEntry(c.attributes, c.tag), c.offline) << std::hex << c.attributes << " " << c.tag;
+}
+
+TEST(ListingEnd, OnlyAFirstFetchMayFindNothingAtAll)
+{
+    const struct { std::uint32_t error; bool first, ends; } cases[] = {
+        {kErrorNoMoreFiles, true, true},   {kErrorNoMoreFiles, false, true},
+        {kErrorFileNotFound, true, true},  {kErrorFileNotFound, false, false},
+        {kErrorAccessDenied, true, false}, {0, true, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(endsListing(c.error, c.first), c.ends) << c.error << " " << c.first;
+}
+
+TEST(FreedSpace, DeduplicatedAndCompressedFilesFreeNothingToCountOn)
+{
+    EXPECT_TRUE(freesItsSpace(0x20, kReparseTagDedup));
+    EXPECT_TRUE(freesItsSpace(0x420, kSymlinkTag));
+    EXPECT_FALSE(freesItsSpace(0x420, kReparseTagDedup));
+    EXPECT_FALSE(freesItsSpace(0x420, kReparseTagWof));
+}
+
+TEST(VolumeSystemEntry, FoldersAndFilesOfTheSystemByKindIgnoringCase)
+{
+    const struct { const char* name; bool isFolder, system; } cases[] = {
+        {"System Volume Information", true, true}, {"$Recycle.Bin", true, true},
+        {"PAGEFILE.SYS", false, true},             {"swapfile.sys", false, true},
+        {"hiberfil.sys", false, true},             {"DumpStack.log.tmp", false, true},
+        {"System Volume Information", false, false}, {"pagefile.sys", true, false},
+        {"pagefile.sys.bak", false, false},        {"System Volume", true, false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(isVolumeSystemEntry(QString::fromLatin1(c.name), c.isFolder), c.system) << c.name;
+}
+
+const char* requestName(DeletionRequest request)
+{
+    switch (request) {
+    case DeletionRequest::PosixIgnoringReadOnly:
+        return "posix+ro";
+    case DeletionRequest::Posix:
+        return "posix";
+    case DeletionRequest::Classic:
+        return "classic";
+    case DeletionRequest::ResetReadOnly:
+        return "reset";
+    default:
+        return "none";
+    }
+}
+
+// Each row: what the volume refused before, whether the file is read-only, and
+// the system's answers to the requests in turn (0 grants one); then the
+// requests made, in order, and what the volume is known to refuse afterwards.
+TEST(DeletionRequest, EachRefusalIsLearntAndAReadOnlyFileIsResetWhenDenied)
+{
+    const std::uint32_t denied = kErrorAccessDenied, unknown = kErrorInvalidParameter;
+    const struct {
+        DeletionSupport before;
+        bool readOnly;
+        std::vector<std::uint32_t> answers;
+        const char* requests;
+        bool ignoreRefused, posixRefused;
+    } cases[] = {
+        {{}, false, {0}, "posix", false, false},
+        {{}, true, {0}, "posix+ro", false, false},
+        // Windows before 1809 refuses the flag, or the request.
+        {{}, true, {unknown, denied}, "posix+ro posix reset", true, false},
+        {{}, true, {unknown, unknown, denied}, "posix+ro posix classic reset", true, true},
+        {{}, false, {unknown, 0}, "posix classic", false, true},
+        {{false, true}, false, {0}, "classic", false, true},
+        {{true, false}, true, {}, "reset", true, false},
+        // A file server that takes the request and ignores its flag.
+        {{}, true, {denied}, "posix+ro reset", false, false},
+        // Any other failure stands.
+        {{}, false, {denied}, "posix", false, false},
+        {{}, true, {32}, "posix+ro", false, false},
+    };
+    for (const auto& c : cases) {
+        DeletionSupport support = c.before;
+        std::string made;
+        DeletionRequest request = firstDeletionRequest(support, c.readOnly);
+        for (std::size_t answer = 0; request != DeletionRequest::None; ++answer) {
+            made += std::string(made.empty() ? "" : " ") + requestName(request);
+            if (request == DeletionRequest::ResetReadOnly || answer >= c.answers.size() || c.answers[answer] == 0)
+                break;
+            request = nextDeletionRequest(request, c.answers[answer], c.readOnly, support);
+        }
+        EXPECT_EQ(made, c.requests) << c.requests;
+        EXPECT_EQ(support.ignoreReadOnlyRefused, c.ignoreRefused) << c.requests;
+        EXPECT_EQ(support.posixRefused, c.posixRefused) << c.requests;
+    }
+}
+
+}
