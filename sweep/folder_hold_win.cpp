@@ -12,10 +12,17 @@ namespace {
 // Reading the folder's content is what makes the handle count for sharing: a
 // handle that may only read attributes would not stop a deletion.
 constexpr DWORD kHoldAccess = FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES;
-constexpr DWORD kHoldSharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
+// The hold shares everything, so a job may remove or rename its folder while
+// the sweep is anywhere in it; the pin shares no deletion.
+constexpr DWORD kHoldSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kPinSharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
 // Removal opens the folder as the platform's own removal does.
 constexpr DWORD kRemovalSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kNamedFolderFlags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_NO_RECALL;
 constexpr ULONG kFolderOptions = FILE_DIRECTORY_FILE | FILE_OPEN_FOR_BACKUP_INTENT;
+// The status of a name longer than the buffer; ntstatus.h would clash with
+// the Win32 headers.
+constexpr NTSTATUS kStatusBufferOverflow = static_cast<NTSTATUS>(0x80000005);
 
 // The folder's number on its volume. The handles compared are opened in the
 // same held parent, or by the path just swept, so they are on one volume;
@@ -84,7 +91,7 @@ FolderHold holdNamedFolder(const QString& folder)
 {
     FolderHold hold;
     hold.folder.handle = CreateFileW(asWide(platformPath(folder).utf16()), kHoldAccess, kHoldSharing, nullptr,
-                                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_NO_RECALL, nullptr);
+                                     OPEN_EXISTING, kNamedFolderFlags, nullptr);
     if (!hold.isHeld()) {
         hold.error = GetLastError();
         hold.isMissing = isGoneError(hold.error);
@@ -131,9 +138,8 @@ bool isVolumeRoot(const QString& path)
     return folderPrefix(QString::fromWCharArray(volume.data())).compare(folder, Qt::CaseInsensitive) == 0;
 }
 
-// The hold shares no deletion, so it must go before the folder can be opened
-// for deletion; the folder's identity, read while it was held, tells whether
-// the name still stands for it.
+// The folder's identity, read while it was held, tells whether the name still
+// stands for it.
 Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, const QString& path, DWORD& error)
 {
     const FolderIdentity held = hold.identity;
@@ -149,4 +155,55 @@ Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, c
         return Removal::NotTheSame;
     error = requestDeletion(folder.handle, deletionSupportFor(held.volumeSerial));
     return error == ERROR_SUCCESS ? Removal::Removed : Removal::Failed;
+}
+
+QString placeOnVolume(HANDLE folder, int expectedLength)
+{
+    constexpr int kSlack = 64;
+    std::vector<std::uint32_t> buffer(static_cast<std::size_t>(expectedLength + kSlack) / 2 + 2);
+    for (;;) {
+        const ULONG bytes = static_cast<ULONG>(buffer.size() * sizeof(std::uint32_t));
+        IO_STATUS_BLOCK status = {};
+        const NTSTATUS result = NtQueryInformationFile(folder, &status, buffer.data(), bytes,
+                                                       FileNameInformation);
+        const auto& info = *reinterpret_cast<const FILE_NAME_INFORMATION*>(buffer.data());
+        if (result == kStatusBufferOverflow) {
+            buffer.resize((info.FileNameLength + sizeof info) / sizeof(std::uint32_t) + 1);
+            continue;
+        }
+        if (!NT_SUCCESS(result))
+            return QString();
+        return QString::fromWCharArray(info.FileName, static_cast<int>(info.FileNameLength / sizeof(wchar_t)));
+    }
+}
+
+Pin pinFolder(const PinRequest& request, OwnedHandle& pin, DWORD& error)
+{
+    if (request.parent != INVALID_HANDLE_VALUE) {
+        pin = openInFolder(request.parent, request.name, kHoldAccess, kPinSharing, kFolderOptions, error);
+    } else {
+        // The folder the sweep starts at was reached through holds that no
+        // path retraces: it is opened again through its own hold.
+        pin.handle = ReOpenFile(request.hold, kHoldAccess, kPinSharing, FILE_FLAG_BACKUP_SEMANTICS);
+        error = pin.isOpen() ? ERROR_SUCCESS : GetLastError();
+    }
+    if (!pin.isOpen())
+        return isGoneError(error) ? Pin::Moved : Pin::Failed;
+    std::uint64_t found = 0;
+    if (!readFolderId(pin.handle, found, error)) {
+        pin.close();
+        return Pin::Failed;
+    }
+    if (found != request.held.fileIndex) {
+        pin.close();
+        return Pin::Moved;
+    }
+    if (request.expectedPath.isEmpty())
+        return Pin::Taken;
+    const QString now = placeOnVolume(pin.handle, static_cast<int>(request.expectedPath.size()));
+    if (!standsAt(now, request.expectedPath)) {
+        pin.close();
+        return Pin::Moved;
+    }
+    return Pin::Taken;
 }

@@ -1,10 +1,10 @@
 #pragma once
 // A folder held open while it is swept. The hold lists the folder and opens
-// its entries, and nothing more: it shares reading and writing but not
-// deletion, so while it is held nobody can rename, delete or replace the
-// folder by a link, and what was checked about it stays true until it is
-// used. A program may still make it its current folder, create files in it or
-// rename files into it, as those ask for no deletion.
+// its entries, and nothing more: it shares reading, writing and deletion, so a
+// job may go on with its folder as if the tool were not there, remove it or
+// rename it included. Entries are opened through the hold by their names, so
+// they are the folder's own wherever the folder has gone; while the sweep
+// deletes in a folder, a pin keeps the folder where it stood.
 
 #include "sweep/handles_win.h"
 #include "sweep/listing_rules.h"
@@ -49,3 +49,28 @@ enum class Removal { Removed, Failed, NotTheSame };
 // folder is removed only when that is the very folder that was held. error
 // says why it failed.
 Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, const QString& path, DWORD& error);
+
+// Where the held folder stands now on its volume, as the system names it from
+// its handle, from the volume's root on; empty when it cannot say.
+// expectedLength sizes the first try.
+QString placeOnVolume(HANDLE folder, int expectedLength);
+
+// What pinning a folder came to: taken, or the folder has been moved, removed
+// or replaced since it was held, or the pin failed for another reason.
+enum class Pin { Taken, Moved, Failed };
+
+// The folder to pin: its name in the held folder parent, or its own hold when
+// there is no parent; the identity it was held with; and its place on its
+// volume, where it must stand now, or empty when that cannot be known.
+struct PinRequest {
+    HANDLE parent = INVALID_HANDLE_VALUE;
+    QString name;
+    HANDLE hold = INVALID_HANDLE_VALUE;
+    FolderIdentity held;
+    QString expectedPath;
+};
+
+// Opens the folder again, without delete sharing, so nobody can rename,
+// delete or replace it until the pin goes, and checks that it is the held
+// folder and stands where expected. error says why a pin failed.
+Pin pinFolder(const PinRequest& request, OwnedHandle& pin, DWORD& error);

@@ -1,5 +1,7 @@
 #include "sweep/listing_rules.h"
 
+#include <QStringList>
+
 #include <cstddef>
 
 namespace {
@@ -121,4 +123,23 @@ bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag)
 bool isSelfOrParent(const QString& name)
 {
     return name == QLatin1String(".") || name == QLatin1String("..");
+}
+
+namespace {
+
+QStringList placeNames(const QString& place)
+{
+    QStringList names = place.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
+    for (QString& name : names) {
+        while (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
+            name.chop(1);
+    }
+    return names;
+}
+
+}
+
+bool standsAt(const QString& current, const QString& expected)
+{
+    return !current.isEmpty() && placeNames(current) == placeNames(expected);
 }

@@ -105,3 +105,8 @@ bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag);
 // "." and ".." stand for the folder and its parent, not for entries of it.
 // Other names beginning with a dot, such as ".git", are entries.
 bool isSelfOrParent(const QString& name);
+
+// Whether a folder stands where it was expected: both are places on one
+// volume, "\\" and the names from its root. Names compare exactly, but for
+// trailing dots and blanks, which Wine drops when it names a folder.
+bool standsAt(const QString& current, const QString& expected);

@@ -135,45 +135,6 @@ void logDeletion(const QString& name, const Walk& walk)
         logDecision(walk, "-del", name, false);
 }
 
-// The listing's age decided that the file is opened at all; the file's own
-// time, read through the handle that deletes it, decides whether it goes, so a
-// file written since the listing stays. A dry run opens nothing.
-void deleteListedFile(DirListing*& listing, HANDLE folder, DeletionSupport& support, const Walk& walk,
-                      FolderVerdict& verdict)
-{
-    const QString name = listing::name(listing);
-    if (walk.out.candidates != nullptr) {
-        if (listing::freesSpace(listing))
-            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
-        return;
-    }
-    if (walk.settings.dryRun) {
-        logDeletion(name, walk);
-        countDeleted(listing, walk.out);
-        return;
-    }
-    FileToDelete file;
-    const bool opened = openFileToDelete(folder, name, listing::isReadOnly(listing), file);
-    if (opened && isOfflineEntry(file.attributes, 0)) {
-        keepOffline(name, false, walk, verdict);
-        return;
-    }
-    if (opened && !isDue(file.time, walk.settings, currentTime())) {
-        logTooYoung(name, walk, verdict);
-        return;
-    }
-    logDeletion(name, walk);
-    const DWORD error = opened ? deleteOpenedFile(file, support) : file.error;
-    // A file gone since the listing counts as deleted.
-    if (error == ERROR_SUCCESS || isGoneError(error)) {
-        countDeleted(listing, walk.out);
-        return;
-    }
-    reportError(walk, listing::fullPath(listing), deletionFailureText(error));
-    verdict.failed = true;
-    verdict.nothingLeft = false;
-}
-
 // One folder under way. The walk keeps these on the heap, one per level of the
 // current path, and never recurses: a tree as deep as the longest paths allow
 // (about 16,000 levels within 32,767 units) needs no more stack than a flat one.
@@ -184,6 +145,16 @@ struct FolderFrame {
     QString name;
     bool removeIfEmpty;
     FolderHold hold;
+    // The hold of the folder it was listed in; none for the folder the walk
+    // starts at.
+    HANDLE parent = INVALID_HANDLE_VALUE;
+    // Where the folder stood on its volume when it was reached, as the system
+    // names it; empty when the system cannot say.
+    QString expectedPath;
+    // Held while the sweep deletes in the folder, released while it is below.
+    OwnedHandle pin;
+    // Moved, removed or replaced since it was reached: left alone from then on.
+    bool abandoned = false;
     // The root of a volume, where the system keeps entries of its own.
     bool atVolumeRoot = false;
     DirListing* listing = nullptr;
@@ -198,6 +169,77 @@ struct FolderFrame {
     FolderFrame& operator=(const FolderFrame&) = delete;
     ~FolderFrame() { listing::destroy(listing); }
 };
+
+// A job may remove or rename its folder while the sweep is anywhere in it, so
+// the hold shares deletion. Only while the tool deletes in a folder, or removes
+// its emptied subfolders, does it pin the folder, without delete sharing, so
+// the files it deletes are that folder's, at the place where it was found.
+// Windows refuses to rename a folder while anything below it is open, so the
+// folders above stay put while the sweep is below them; file servers and Wine
+// do not refuse it, so the pin also compares where the folder stands now with
+// where it stood: one call, whatever the depth. A folder moved, removed or
+// replaced is left alone, without an error; what was done there stays counted.
+bool pinFrame(FolderFrame& frame, const Walk& walk)
+{
+    if (frame.pin.isOpen())
+        return true;
+    if (frame.abandoned)
+        return false;
+    DWORD error = ERROR_SUCCESS;
+    const Pin pin = pinFolder(PinRequest{frame.parent, frame.name, frame.hold.handle(), frame.hold.identity,
+                                         frame.expectedPath},
+                              frame.pin, error);
+    if (pin == Pin::Taken)
+        return true;
+    frame.abandoned = true;
+    markKept(frame.verdict);
+    if (pin == Pin::Failed)
+        reportError(walk, latin("Error reading folder ") + frame.folder, toQString(systemErrorText(error)));
+    return false;
+}
+
+// The listing's age decided that the file is opened at all; the file's own
+// time, read through the handle that deletes it, decides whether it goes, so a
+// file written since the listing stays. A dry run opens nothing.
+void deleteListedFile(FolderFrame& frame, const Walk& walk)
+{
+    DirListing*& listing = frame.listing;
+    FolderVerdict& verdict = frame.verdict;
+    const QString name = listing::name(listing);
+    if (walk.out.candidates != nullptr) {
+        if (listing::freesSpace(listing))
+            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
+        return;
+    }
+    if (walk.settings.dryRun) {
+        logDeletion(name, walk);
+        countDeleted(listing, walk.out);
+        return;
+    }
+    if (!pinFrame(frame, walk))
+        return;
+    FileToDelete file;
+    const bool opened = openFileToDelete(frame.hold.handle(), name, listing::isReadOnly(listing), file);
+    if (opened && isOfflineEntry(file.attributes, 0)) {
+        keepOffline(name, false, walk, verdict);
+        return;
+    }
+    if (opened && !isDue(file.time, walk.settings, currentTime())) {
+        logTooYoung(name, walk, verdict);
+        return;
+    }
+    logDeletion(name, walk);
+    const DWORD error =
+        opened ? deleteOpenedFile(file, deletionSupportFor(frame.hold.identity.volumeSerial)) : file.error;
+    // A file gone since the listing counts as deleted.
+    if (error == ERROR_SUCCESS || isGoneError(error)) {
+        countDeleted(listing, walk.out);
+        return;
+    }
+    reportError(walk, listing::fullPath(listing), deletionFailureText(error));
+    verdict.failed = true;
+    verdict.nothingLeft = false;
+}
 
 // A deque, since a frame's listing must stay where it was created while
 // deeper frames come and go. The identities of the folders held on it tell a
@@ -231,8 +273,7 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
         logTooYoung(name, walk, verdict);
         return;
     }
-    deleteListedFile(listing, frame.hold.handle(), deletionSupportFor(frame.hold.identity.volumeSerial), walk,
-                     verdict);
+    deleteListedFile(frame, walk);
 }
 
 // The whole folder is read through the held handle before anything in it is
@@ -242,8 +283,16 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
 void enterFolder(FolderPath& path, const QString& folder, const QString& name, bool removeIfEmpty, FolderHold hold,
                  bool atVolumeRoot, const Walk& walk)
 {
+    const FolderFrame* parent = path.frames.empty() ? nullptr : &path.frames.back();
     FolderFrame& frame = path.frames.emplace_back(folder, name, removeIfEmpty, std::move(hold));
     frame.atVolumeRoot = atVolumeRoot;
+    if (parent != nullptr) {
+        frame.parent = parent->hold.handle();
+        if (!parent->expectedPath.isEmpty())
+            frame.expectedPath = folderPrefix(parent->expectedPath) + name;
+    } else if (frame.hold.isHeld() && !walk.settings.dryRun) {
+        frame.expectedPath = placeOnVolume(frame.hold.handle(), static_cast<int>(folder.size()));
+    }
     if (frame.hold.isHeld())
         path.identities.insert(frame.hold.identity);
     listing::create(frame.listing);
@@ -303,6 +352,7 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         return;
     // A volume mounted inside the tree has a serial number of its own.
     const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
+    parent.pin.close();
     enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), atVolumeRoot, walk);
 }
 
@@ -313,14 +363,18 @@ bool leaveFolder(FolderPath& path, const Walk& walk)
 {
     FolderFrame& frame = path.frames.back();
     const FolderVerdict& verdict = frame.verdict;
-    if (verdict.kept || verdict.failed || !frame.removeIfEmpty)
+    if (verdict.kept || verdict.failed || !frame.removeIfEmpty || frame.abandoned)
         return verdict.nothingLeft;
     if (walk.settings.dryRun)
         return true;
-    const std::deque<FolderFrame>& frames = path.frames;
-    const HANDLE parent = frames.size() > 1 ? frames[frames.size() - 2].hold.handle() : INVALID_HANDLE_VALUE;
+    std::deque<FolderFrame>& frames = path.frames;
+    const bool hasParent = frames.size() > 1;
+    if (hasParent && !pinFrame(frames[frames.size() - 2], walk))
+        return false;
+    frame.pin.close();
     DWORD error = ERROR_SUCCESS;
-    const Removal removal = removeHeldFolder(frame.hold, parent, frame.name, frame.folder, error);
+    const Removal removal =
+        removeHeldFolder(frame.hold, hasParent ? frame.parent : INVALID_HANDLE_VALUE, frame.name, frame.folder, error);
     if (removal == Removal::Failed)
         reportError(walk, latin("Error deleting folder ") + frame.folder, toQString(systemErrorText(error)));
     return removal == Removal::Removed;
@@ -339,7 +393,7 @@ bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings
     enterFolder(path, folder, QString(), settings.removeIfEmpty, std::move(hold), atVolumeRoot, walk);
     for (;;) {
         FolderFrame& frame = path.frames.back();
-        if (listing::next(frame.listing)) {
+        if (!frame.abandoned && listing::next(frame.listing)) {
             if (!listing::isFolder(frame.listing))
                 sweepFile(frame, walk);
             else if (settings.recurse)

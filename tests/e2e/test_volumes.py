@@ -2,11 +2,12 @@
 drive's root with the system's entries, and a folder mounted into itself."""
 
 import os
+import re
 import subprocess
 
 import pytest
 
-from conftest import BANNER, WINEPREFIX, make_tree, masked
+from conftest import BANNER, WINEPREFIX, make_tree, masked, pattern
 
 SYSTEM = ("System Volume Information/tracking.log=o, $RECYCLE.BIN/S-1-5-18/old.dat=o, pagefile.sys=o, "
           "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y")
@@ -49,7 +50,7 @@ def report(folder, count, log):
 def test_a_volume_root_keeps_the_system_entries(tool, drive_t, folder, out):
     make_tree(drive_t, SYSTEM)
     code, stdout, stderr = tool("-do", "14", folder, "-v")
-    assert (code, masked(stdout), stderr) == (0, BANNER + out, "")
+    assert re.fullmatch(pattern(BANNER + out), masked(stdout)) and (code, stderr) == (0, ""), stdout
     assert all((drive_t / path).is_file() for path in KEPT) and not (drive_t / "cache/old.exr").exists()
 
 
@@ -66,5 +67,5 @@ def test_a_folder_mounted_into_itself_is_kept_as_a_link(tool, drive, work):
         subprocess.run(["umount", "-l", str(loop)], check=True)
     folder = drive.win(work)
     log = f"   [{folder}]: \n     -dir [b]\n   [{folder}\\b]: \n     -lnk [loop]\n     -del old2.txt\n     -del old.txt\n"
-    assert (code, masked(stdout), stderr) == (0, BANNER + report(folder, 2, log), "")
+    assert re.fullmatch(pattern(BANNER + report(folder, 2, log)), masked(stdout)) and (code, stderr) == (0, ""), stdout
     assert sorted(os.listdir(work)) == ["b"] and os.listdir(loop) == []

@@ -150,4 +150,17 @@ TEST(DeletionRequest, EachRefusalIsLearntAndAReadOnlyFileIsResetWhenDenied)
     }
 }
 
+// Places on a volume as the system names them; Wine drops trailing dots and
+// blanks from the names.
+TEST(FolderPlace, NamesCompareExactlyButForTrailingDotsAndBlanks)
+{
+    const struct { const char *current, *expected; bool same; } cases[] = {
+        {"\\a\\job", "\\a\\job", true},    {"\\a\\job", "\\a\\job.", true},   {"\\a\\job", "\\a\\job .", true},
+        {"\\a\\Job", "\\a\\job", false},   {"\\b\\job", "\\a\\job", false},   {"\\a\\job\\x", "\\a\\job", false},
+        {"\\", "\\", true},                {"", "\\a", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(standsAt(QString::fromLatin1(c.current), QString::fromLatin1(c.expected)), c.same) << c.current;
+}
+
 }
