@@ -30,23 +30,66 @@ DWORD fetch(HANDLE folder, bool first, std::vector<std::uint64_t>& buffer)
     return GetLastError();
 }
 
+enum EntryFlag : std::uint8_t {
+    kFolder = 1,
+    kLink = 2,
+    kReadOnly = 4,
+    kOffline = 8,
+    kFreesSpace = 16,
+};
+
+// The longest name a block takes, and the block's length.
+constexpr std::size_t kNameBlockUnits = 65535;
+
+// Where the name goes: the last block, or a new one when it is full. The
+// first block grows with the folder; a folder that fills it is a large one,
+// and each later block is taken whole at once.
+void storeName(DirListing& listing, const char16_t* units, std::size_t length, ListedEntry& entry)
+{
+    if (listing.nameBlocks.empty() || listing.nameBlocks.back().size() + length > kNameBlockUnits) {
+        listing.nameBlocks.emplace_back();
+        if (listing.nameBlocks.size() > 1)
+            listing.nameBlocks.back().reserve(kNameBlockUnits);
+    }
+    std::u16string& block = listing.nameBlocks.back();
+    entry.nameBlock = static_cast<std::uint32_t>(listing.nameBlocks.size() - 1);
+    entry.nameStart = static_cast<std::uint16_t>(block.size());
+    entry.nameLength = static_cast<std::uint16_t>(length);
+    block.append(units, length);
+}
+
+std::uint8_t flagsOf(DWORD attributes, DWORD reparseTag)
+{
+    std::uint8_t flags = 0;
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+        flags |= kFolder;
+    if (isLinkEntry(attributes, reparseTag))
+        flags |= kLink;
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+        flags |= kReadOnly;
+    if (isOfflineEntry(attributes, reparseTag))
+        flags |= kOffline;
+    if (freesItsSpace(attributes, reparseTag))
+        flags |= kFreesSpace;
+    return flags;
+}
+
 // An entry of a fetch carries the reparse tag where extended attributes would
 // otherwise be counted.
 void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
 {
-    const QString name = QString::fromWCharArray(entry.FileName, entry.FileNameLength / sizeof(wchar_t));
-    if (isSelfOrParent(name))
+    const auto* units = reinterpret_cast<const char16_t*>(entry.FileName);
+    const std::size_t length = entry.FileNameLength / sizeof(wchar_t);
+    if (isSelfOrParent(QString::fromRawData(reinterpret_cast<const QChar*>(units), static_cast<qsizetype>(length))))
         return;
-    listing.names.append(name);
-    listing.times.append(entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
-                                   entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart)));
-    listing.sizes.append(entry.EndOfFile.QuadPart);
-    listing.allocations.append(entry.AllocationSize.QuadPart);
-    listing.folderFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
-    listing.linkFlags.append(isLinkEntry(entry.FileAttributes, entry.EaSize));
-    listing.readOnlyFlags.append((entry.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0);
-    listing.offlineFlags.append(isOfflineEntry(entry.FileAttributes, entry.EaSize));
-    listing.freesSpaceFlags.append(freesItsSpace(entry.FileAttributes, entry.EaSize));
+    ListedEntry listed;
+    listed.time = entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
+                            entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart));
+    listed.size = entry.EndOfFile.QuadPart;
+    listed.allocation = entry.AllocationSize.QuadPart;
+    listed.flags = flagsOf(entry.FileAttributes, entry.EaSize);
+    storeName(listing, units, length, listed);
+    listing.entries.push_back(listed);
 }
 
 DWORD readAll(DirListing& listing, HANDLE folder)
@@ -73,21 +116,27 @@ DWORD readAll(DirListing& listing, HANDLE folder)
 
 void clearLists(DirListing& listing)
 {
-    listing.names.clear();
-    listing.times.clear();
-    listing.sizes.clear();
-    listing.allocations.clear();
-    listing.folderFlags.clear();
-    listing.linkFlags.clear();
-    listing.readOnlyFlags.clear();
-    listing.offlineFlags.clear();
-    listing.freesSpaceFlags.clear();
+    listing.entries.clear();
+    listing.nameBlocks.clear();
 }
 
 // Whether there is a current entry.
 bool atEntry(const DirListing& listing)
 {
-    return listing.index >= 0 && listing.index < listing.names.size();
+    return listing.index >= 0 && static_cast<std::size_t>(listing.index) < listing.entries.size();
+}
+
+const ListedEntry* current(DirListing* handle)
+{
+    if (handle == nullptr || !atEntry(*handle))
+        return nullptr;
+    return &handle->entries[static_cast<std::size_t>(handle->index)];
+}
+
+bool hasFlag(DirListing* handle, std::uint8_t flag)
+{
+    const ListedEntry* entry = current(handle);
+    return entry != nullptr && (entry->flags & flag) != 0;
 }
 
 }
@@ -116,7 +165,7 @@ bool next(DirListing*& handle)
         return false;
     DirListing& listing = *handle;
     ++listing.index;
-    if (listing.index < listing.names.size())
+    if (atEntry(listing))
         return true;
     listing.isOpen = false;
     return false;
@@ -124,34 +173,36 @@ bool next(DirListing*& handle)
 
 bool isFolder(DirListing*& handle)
 {
-    return handle != nullptr && atEntry(*handle) && handle->folderFlags.at(handle->index);
+    return hasFlag(handle, kFolder);
 }
 
 bool isLink(DirListing*& handle)
 {
-    return handle != nullptr && atEntry(*handle) && handle->linkFlags.at(handle->index);
+    return hasFlag(handle, kLink);
 }
 
 bool isReadOnly(DirListing*& handle)
 {
-    return handle != nullptr && atEntry(*handle) && handle->readOnlyFlags.at(handle->index);
+    return hasFlag(handle, kReadOnly);
 }
 
 bool isOffline(DirListing*& handle)
 {
-    return handle != nullptr && atEntry(*handle) && handle->offlineFlags.at(handle->index);
+    return hasFlag(handle, kOffline);
 }
 
 bool freesSpace(DirListing*& handle)
 {
-    return handle != nullptr && atEntry(*handle) && handle->freesSpaceFlags.at(handle->index);
+    return hasFlag(handle, kFreesSpace);
 }
 
 QString name(DirListing*& handle)
 {
-    if (handle == nullptr || !atEntry(*handle))
+    const ListedEntry* entry = current(handle);
+    if (entry == nullptr)
         return QString();
-    return handle->names.at(handle->index);
+    const std::u16string& block = handle->nameBlocks[entry->nameBlock];
+    return QString::fromUtf16(block.data() + entry->nameStart, entry->nameLength);
 }
 
 QString fullPath(DirListing*& handle)
@@ -162,23 +213,20 @@ QString fullPath(DirListing*& handle)
 
 TimeStamp time(DirListing*& handle)
 {
-    if (handle == nullptr || !atEntry(*handle))
-        return 0;
-    return handle->times.at(handle->index);
+    const ListedEntry* entry = current(handle);
+    return entry == nullptr ? 0 : entry->time;
 }
 
 std::int64_t size(DirListing*& handle)
 {
-    if (handle == nullptr || !atEntry(*handle))
-        return 0;
-    return handle->sizes.at(handle->index);
+    const ListedEntry* entry = current(handle);
+    return entry == nullptr ? 0 : entry->size;
 }
 
 std::int64_t allocation(DirListing*& handle)
 {
-    if (handle == nullptr || !atEntry(*handle))
-        return 0;
-    return handle->allocations.at(handle->index);
+    const ListedEntry* entry = current(handle);
+    return entry == nullptr ? 0 : entry->allocation;
 }
 
 void destroy(DirListing*& handle)

@@ -8,25 +8,34 @@
 #include "sweep/listing_rules.h"
 #include "sweep/win32.h"
 
-#include <QList>
 #include <QString>
-#include <QStringList>
 
 #include <cstdint>
+#include <deque>
+#include <string>
+
+// One listed entry, kept as small as the sweep's decisions allow: a folder of
+// hundreds of thousands of entries is listed whole before anything in it is
+// deleted. Its name lies in the listing's name blocks.
+struct ListedEntry {
+    TimeStamp time = 0;
+    std::int64_t size = 0;
+    std::int64_t allocation = 0;
+    std::uint32_t nameBlock = 0;
+    std::uint16_t nameStart = 0;
+    std::uint16_t nameLength = 0;
+    std::uint8_t flags = 0;
+};
 
 struct DirListing {
     bool isOpen = false;
     QString prefix;
     std::int32_t index = -1;
-    QStringList names;
-    QList<TimeStamp> times;
-    QList<std::int64_t> sizes;
-    QList<std::int64_t> allocations;
-    QList<bool> folderFlags;
-    QList<bool> linkFlags;
-    QList<bool> readOnlyFlags;
-    QList<bool> offlineFlags;
-    QList<bool> freesSpaceFlags;
+    // Chunked, so a long listing never copies itself to grow.
+    std::deque<ListedEntry> entries;
+    // Names side by side in blocks of at most 65,535 units; a name never spans
+    // two blocks.
+    std::deque<std::u16string> nameBlocks;
 };
 
 namespace listing {
