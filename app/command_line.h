@@ -18,6 +18,8 @@ constexpr int kExitRootNotFound = 1;
 constexpr int kExitBadOption = 2;
 constexpr int kExitBadDaysOld = 3;
 constexpr int kExitGoalNotReached = 4;
+constexpr int kExitIncomplete = 5;
+constexpr int kExitAlreadyRunning = 6;
 
 constexpr std::int32_t kDefaultDaysOld = 14;
 

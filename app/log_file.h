@@ -4,8 +4,9 @@
 #include <QString>
 
 // Opens the file for appending, creating it when missing, shared for reading
-// and deletion so that log shippers and rotation go on working, and starts the
-// log with what was printed so far. False, with the error line printed, when
+// and deletion so that log shippers and rotation go on working, and for
+// writing so that overlapping runs share one log, and starts the log with what
+// was printed so far. False, with the error line printed, when
 // it cannot be opened.
 bool openLogFile(const QString& path);
 

@@ -1,6 +1,7 @@
 #include "app/log_file.h"
 
 #include "sweep/error_text.h"
+#include "sweep/file_ops.h"
 #include "sweep/win32.h"
 #include "text/output.h"
 
@@ -42,8 +43,11 @@ bool openLogFile(const QString& path)
 {
     LogFile& file = theFile();
     file.path = path;
-    file.handle = CreateFileW(asWide(path.utf16()), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                              OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // Shared for writing too: two tasks, or an admin's run beside a task, append
+    // to one log, each text in one write at the end of the file.
+    file.handle = CreateFileW(asWide(platformPath(path).utf16()), FILE_APPEND_DATA,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file.handle == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         printText(errorLine("Error: Unable to open log file %1:%2\n", path, error));

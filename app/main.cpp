@@ -45,13 +45,13 @@ bool promFolderExists(const RunOptions& options)
 }
 
 // A dry run's figures would look like a cleanup to the monitoring, so it
-// writes none.
-void writeMetrics(const RunOptions& options, const RunTotals& totals, const QElapsedTimer& timer, int code)
+// writes none. False when the file could not be written.
+bool writeMetrics(const RunOptions& options, const RunTotals& totals, const QElapsedTimer& timer, int code)
 {
     if (!options.hasPromFile || options.dryRun)
-        return;
-    writeMetricsFile(options.promFile,
-                     MetricsRun{options.directory, currentTime(), timer.elapsed(), code, totals});
+        return true;
+    return writeMetricsFile(options.promFile, MetricsRun{options.directory, metricsTask(options.promFile),
+                                                         currentTime(), timer.elapsed(), code, totals});
 }
 
 }
@@ -76,8 +76,13 @@ int wmain(int argc, wchar_t* argv[])
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))
         return kExitBadOption;
     RunTotals totals;
-    const int code = cleanFolders(options, totals);
-    writeMetrics(options, totals, timer, code);
+    int code = cleanFolders(options, totals);
+    // A report or figures that never reached their file leave the run
+    // incomplete; the metrics carry that code when the log is what failed.
+    if (logWriteFailed())
+        code = kExitIncomplete;
+    if (!writeMetrics(options, totals, timer, code))
+        code = kExitIncomplete;
     reportLogFailure();
     return code;
 }

@@ -1,13 +1,21 @@
 #include "app/metrics.h"
 
 #include "sweep/error_text.h"
+#include "sweep/file_ops.h"
 #include "sweep/win32.h"
 #include "text/output.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+
+static_assert(kErrorSharingViolation == ERROR_SHARING_VIOLATION);
 
 namespace {
 
+// Between two tries of a replace that a reader blocks.
+constexpr DWORD kReplacePauseMilliseconds = 50;
+
+// Qt gives a long path the prefix itself.
 QString previousText(const QString& path)
 {
     QFile file(path);
@@ -23,12 +31,29 @@ bool fail(const QString& path, const QString& temporary, DWORD error)
     return false;
 }
 
+// windows_exporter reads the file without delete sharing, and a rename over a
+// file open so fails until it is closed.
+bool replaceFile(const QString& from, const QString& to, DWORD& error)
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (;;) {
+        if (MoveFileExW(asWide(from.utf16()), asWide(to.utf16()), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return true;
+        error = GetLastError();
+        if (!retryMetricsReplace(error, timer.elapsed()))
+            return false;
+        Sleep(kReplacePauseMilliseconds);
+    }
+}
+
 }
 
 bool writeMetricsFile(const QString& path, const MetricsRun& run)
 {
     const QByteArray bytes = metricsText(run, previousText(path)).toUtf8();
-    const QString temporary = path + QLatin1String(".tmp");
+    const QString target = platformPath(path);
+    const QString temporary = platformPath(path + QLatin1String(".tmp"));
     const HANDLE file = CreateFileW(asWide(temporary.utf16()), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE)
@@ -40,7 +65,8 @@ bool writeMetricsFile(const QString& path, const MetricsRun& run)
     CloseHandle(file);
     if (!complete)
         return fail(path, temporary, writeError);
-    if (!MoveFileExW(asWide(temporary.utf16()), asWide(path.utf16()), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-        return fail(path, temporary, GetLastError());
+    DWORD replaceError = ERROR_SUCCESS;
+    if (!replaceFile(temporary, target, replaceError))
+        return fail(path, temporary, replaceError);
     return true;
 }

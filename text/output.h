@@ -10,10 +10,12 @@
 // Writes bytes to the log; false when the write failed.
 using LogWriter = bool (*)(const QByteArray& bytes);
 
+// A text reaches the log in one write, so another run appending to the same
+// log never splits its lines.
 void printText(const QString& text);
 
 // From now on every text also goes to writer, starting with what was printed
-// so far. A writer that fails is not called again.
+// so far, in one write. A writer that fails is not called again.
 void startLog(LogWriter writer);
 
 // True when a write to the log failed.

@@ -3,6 +3,9 @@
 // Other processes then fail to delete, list or remove them with a sharing
 // violation, as when a render job still has a file open. With "-cd <folder>"
 // it makes the folder its current folder instead, as a job started there does.
+// With "-share <letters> <file>..." it opens the files for reading and
+// appending, sharing what the letters r, w and d name: "-share rwd" as another
+// run appending to a shared log, "-share rw" as an exporter reading a file.
 
 #include "sweep/win32.h"
 
@@ -18,6 +21,18 @@ int failed(DWORD error)
     return 2;
 }
 
+DWORD sharingOf(const wchar_t* letters)
+{
+    DWORD sharing = 0;
+    if (std::wcschr(letters, L'r') != nullptr)
+        sharing |= FILE_SHARE_READ;
+    if (std::wcschr(letters, L'w') != nullptr)
+        sharing |= FILE_SHARE_WRITE;
+    if (std::wcschr(letters, L'd') != nullptr)
+        sharing |= FILE_SHARE_DELETE;
+    return sharing;
+}
+
 }
 
 int wmain(int argc, wchar_t* argv[])
@@ -26,8 +41,11 @@ int wmain(int argc, wchar_t* argv[])
     const bool standIn = argc == 3 && std::wcscmp(argv[1], L"-cd") == 0;
     if (standIn && !SetCurrentDirectoryW(argv[2]))
         return failed(GetLastError());
-    for (int i = 1; i < argc && !standIn; ++i) {
-        const HANDLE handle = CreateFileW(argv[i], GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+    const bool shared = argc >= 3 && std::wcscmp(argv[1], L"-share") == 0;
+    const DWORD access = shared ? GENERIC_READ | FILE_APPEND_DATA : GENERIC_READ;
+    const DWORD sharing = shared ? sharingOf(argv[2]) : 0;
+    for (int i = shared ? 3 : 1; i < argc && !standIn; ++i) {
+        const HANDLE handle = CreateFileW(argv[i], access, sharing, nullptr, OPEN_EXISTING,
                                           FILE_FLAG_BACKUP_SEMANTICS, nullptr);
         if (handle == INVALID_HANDLE_VALUE)
             return failed(GetLastError());
