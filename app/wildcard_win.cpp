@@ -39,19 +39,24 @@ QString concretePath(const QString& reached, const QStringList& names, qsizetype
     return path;
 }
 
-// Wine opens a link's target even when asked for the link itself, so the
-// held folder's listing is asked as well: it shows a link as one.
-bool isListedAsLink(HANDLE folder, const QString& name)
+// For Wine only: it opens a link's target even when asked for the link
+// itself, so there the held folder's listing is asked as well, as it shows a
+// link as one. Wine opens the name as given when it exists, so the entry of
+// that exact name is the one that counts, and one that matches only ignoring
+// case counts when there is none: beside a folder "APPDATA", a link
+// "AppData" must still be seen as the link it is.
+bool isListedAsLinkUnderWine(HANDLE folder, const QString& name)
 {
     DirListing* listing = nullptr;
     listing::create(listing);
     listing::open(listing, folder, QString());
+    bool exact = false;
     bool link = false;
-    while (listing::next(listing)) {
-        if (listing::name(listing).compare(name, Qt::CaseInsensitive) == 0) {
+    while (!exact && listing::next(listing)) {
+        const QString listed = listing::name(listing);
+        exact = listed == name;
+        if (exact || (!link && listed.compare(name, Qt::CaseInsensitive) == 0))
             link = listing::isLink(listing);
-            break;
-        }
     }
     listing::destroy(listing);
     return link;
@@ -95,7 +100,7 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
         if (name.isEmpty() || name == QLatin1String("."))
             continue;
         FolderHold inner = holdFoundFolder(reached.handle(), name);
-        if (inner.isLink || (inner.isHeld() && isListedAsLink(reached.handle(), name))) {
+        if (inner.isLink || (inner.isHeld() && isListedAsLinkUnderWine(reached.handle(), name))) {
             if (expansion.pass.warns())
                 warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
             ++expansion.reported;

@@ -212,7 +212,8 @@ class Model:
             shown += "\\" + name
             if name in ("", "."):
                 continue
-            inner = [e for e in os.scandir(local) if e.name.upper() == name.upper()]
+            # The exact name first, as Wine opens it.
+            inner = sorted((e for e in os.scandir(local) if e.name.upper() == name.upper()), key=lambda e: e.name != name)
             if inner and inner[0].is_symlink():
                 return f"Warning: directory {concrete or shown} is reached through a link, skipped!\n"
             if not inner or not inner[0].is_dir():

@@ -92,6 +92,9 @@ ROWS = [
         "-do 14 -v {w}\\tree", stays="library/canary.old, tree/cache"),
     row("wildcard and links", LINKED_USERS, "-do 14 {w}\\Users\\*\\AppData\\Local\\Temp",
         stays="elsewhere/AppData/Local/Temp/canary.tmp, shared/Local/Temp/canary.tmp, Users/linked, Users/bob/AppData"),
+    row("link beside its name in capitals", "Users/bob/APPDATA/Local/Temp/old.tmp=o, Users/bob/AppData->elsewhere, "
+        "elsewhere/Local/Temp/canary.tmp=o", "-do 14 {w}\\Users\\*\\AppData\\Local\\Temp",
+        stays="elsewhere/Local/Temp/canary.tmp, Users/bob/APPDATA/Local/Temp/old.tmp"),
     row("named link", NAMED_LINK, "-do 14 {w}\\named\\direct", stays="named, target/jobs/j1/old.tmp"),
     row("named link before a star", NAMED_LINK, "-do 14 {w}\\named\\jobs\\*",
         stays="named, target/jobs/j1/new.tmp, target/direct/old.tmp"),
