@@ -5,11 +5,7 @@
 
 #include <cstdint>
 
-// Asks systemErrorText for the calling thread's last error.
-constexpr std::uint32_t kLastError = 0xFFFFFFFFu;
-
 FixedWideString systemErrorText(std::uint32_t code);
-FixedNarrowString500 exceptionCodeText(std::uint32_t code);
 
 // The message tables the texts are looked up in. Each lookup writes at most
 // capacity units and returns how many it wrote, 0 when it knows no message.

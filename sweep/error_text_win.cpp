@@ -32,12 +32,5 @@ constexpr ErrorMessageTables kSystemTables = {systemMessage, statusMessage};
 
 FixedWideString systemErrorText(std::uint32_t code)
 {
-    if (code == kLastError)
-        code = GetLastError();
     return systemErrorTextFrom(code, kSystemTables);
-}
-
-FixedNarrowString500 exceptionCodeText(std::uint32_t code)
-{
-    return exceptionCodeTextFrom(code, kSystemTables);
 }

@@ -255,7 +255,8 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
     DirListing*& listing = frame.listing;
     FolderVerdict& verdict = frame.verdict;
     const QString name = listing::name(listing);
-    if (keepByName(name, false, walk, verdict) || keepVolumeSystemEntry(name, false, frame.atVolumeRoot, walk, verdict))
+    if (keepByName(name, false, walk, verdict)
+        || keepVolumeSystemEntry(name, false, frame.atVolumeRoot, walk, verdict))
         return;
     if (listing::isOffline(listing)) {
         keepOffline(name, false, walk, verdict);

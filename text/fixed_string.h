@@ -58,8 +58,6 @@ struct FixedString {
         return result;
     }
 
-    void assign(const FixedString& other) { *this = other; }
-
     // Growing exposes whatever stood behind the old terminator.
     void setLength(std::int16_t n)
     {
@@ -207,17 +205,6 @@ struct FixedString {
         if (length == other.length)
             return 0;
         return length < other.length ? -1 : 1;
-    }
-
-    bool equalsNoCase(const FixedString& other) const
-    {
-        if (length != other.length)
-            return false;
-        for (int i = 0; i < length; ++i) {
-            if (upperUnit(value[i]) != upperUnit(other.value[i]))
-                return false;
-        }
-        return true;
     }
 
     // A running sum of the units filters the candidate positions; a full
