@@ -73,6 +73,8 @@ int wmain(int argc, wchar_t* argv[])
     const int optionsExit = readOptions(arguments, options);
     if (optionsExit != kExitOk)
         return optionsExit;
+    if (!options.hasLogFile)
+        forgoLog();
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))
         return kExitBadOption;
     RunTotals totals;

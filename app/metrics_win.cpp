@@ -51,7 +51,7 @@ bool replaceFile(const QString& from, const QString& to, DWORD& error)
 
 bool writeMetricsFile(const QString& path, const MetricsRun& run)
 {
-    const QByteArray bytes = metricsText(run, previousText(path)).toUtf8();
+    const QByteArray bytes = utf8Bytes(metricsText(run, previousText(path)));
     const QString target = platformPath(path);
     const QString temporary = platformPath(path + QLatin1String(".tmp"));
     const HANDLE file = CreateFileW(asWide(temporary.utf16()), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,

@@ -141,11 +141,12 @@ FixedWideString systemErrorTextFrom(std::uint32_t code, const ErrorMessageTables
     dropTrailingLineBreak(message);
 
     if (!message.isEmpty()) {
-        // System messages end with a full stop of their own, so the result
-        // ends with two; that is how these texts have always looked.
+        // Most system messages end with a full stop of their own; the text
+        // gets one only where the message has none.
         assignFormatted(result, "Error %d: ", code);
         result.append(message);
-        result.appendUnits(u".", 1);
+        if (message.value[message.length - 1] != u'.')
+            result.appendUnits(u".", 1);
     } else {
         result.assignNarrow(exceptionCodeTextFrom(code, tables).value);
         if (result.isEmpty())

@@ -34,3 +34,8 @@ QString folderOfPath(QString path)
     path.append(backslash);
     return path;
 }
+
+QString withFullStop(const QString& text)
+{
+    return text.endsWith(QLatin1Char('.')) ? text : text + QLatin1Char('.');
+}

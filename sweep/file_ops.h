@@ -36,5 +36,8 @@ QString folderOfPath(QString path);
 bool fileExists(const QString& path);
 bool folderExists(QString path);
 
+// The text with a full stop at its end, never two.
+QString withFullStop(const QString& text);
+
 // "Unable to delete file; <system text>." for a deletion that failed so.
 QString deletionFailureText(std::uint32_t error);

@@ -53,5 +53,6 @@ bool folderExists(QString path)
 
 QString deletionFailureText(std::uint32_t error)
 {
-    return QStringLiteral("Unable to delete file; %1.").arg(toQString(systemErrorText(error)), 0, QLatin1Char(' '));
+    return withFullStop(QStringLiteral("Unable to delete file; %1").arg(toQString(systemErrorText(error)), 0,
+                                                                         QLatin1Char(' ')));
 }

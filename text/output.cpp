@@ -7,8 +7,10 @@ namespace {
 struct Log {
     LogWriter writer = nullptr;
     bool failed = false;
-    // What was printed before the log opened.
+    // What was printed before the log opened, until it is known that none
+    // will.
     QString before;
+    bool keeping = true;
 };
 
 Log& theLog()
@@ -30,10 +32,18 @@ void printText(const QString& text)
 {
     platformPrintf("%s", consoleBytes(text).constData());
     Log& log = theLog();
-    if (log.writer == nullptr)
-        log.before += text;
-    else
+    if (log.writer != nullptr)
         writeToLog(log, text);
+    else if (log.keeping)
+        log.before += text;
+}
+
+void forgoLog()
+{
+    Log& log = theLog();
+    log.before.clear();
+    log.before.squeeze();
+    log.keeping = false;
 }
 
 void startLog(LogWriter writer)
@@ -65,7 +75,22 @@ QByteArray logBytes(const QString& text)
 {
     QString lines = text;
     lines.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    return lines.toUtf8();
+    return utf8Bytes(lines);
+}
+
+QByteArray utf8Bytes(const QString& text)
+{
+    QString whole;
+    whole.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text.at(i);
+        if (unit.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            whole.append(unit).append(text.at(++i));
+            continue;
+        }
+        whole.append(unit.isSurrogate() ? QChar(QChar::ReplacementCharacter) : unit);
+    }
+    return whole.toUtf8();
 }
 
 QString fillIn(const char* format, const QString& first)

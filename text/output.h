@@ -18,6 +18,10 @@ void printText(const QString& text);
 // so far, in one write. A writer that fails is not called again.
 void startLog(LogWriter writer);
 
+// No log will open: what was printed so far is kept no longer, nor is what
+// comes.
+void forgoLog();
+
 // True when a write to the log failed.
 bool logWriteFailed();
 
@@ -27,6 +31,10 @@ QByteArray consoleBytes(const QString& text);
 
 // The log's form of a printed text: UTF-8, each line feed as CR LF.
 QByteArray logBytes(const QString& text);
+
+// UTF-8, with U+FFFD for a surrogate that has no partner: a file name may hold
+// one, and UTF-8 has no form for it.
+QByteArray utf8Bytes(const QString& text);
 
 // Latin-1 text with its values filled in at once, so a "%1" inside a value is
 // never filled by a later one.

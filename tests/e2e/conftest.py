@@ -90,10 +90,18 @@ def tool(suite):
     return lambda *args, **kwargs: run_exe(EXE, *args, **kwargs)
 
 
+def wait_for(condition, what, seconds=60):
+    """Polls until condition() holds, failing the test after seconds."""
+    deadline = time.monotonic() + seconds
+    while not condition():
+        if time.monotonic() > deadline:
+            pytest.fail(f"waited {seconds} s for {what}")
+
+
 @contextlib.contextmanager
 def held_open(*paths):
     """Holds the Windows paths open without sharing in another process, as a running job would."""
-    holder = subprocess.Popen([str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), *paths],
+    holder = subprocess.Popen(["timeout", "300", str(WINE_RUN), str(TEST_TOOLS / "kxHoldFiles.exe"), *paths],
                               stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=wine_env())
     try:
         assert holder.stdout.readline().strip() == b"held"

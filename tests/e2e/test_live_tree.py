@@ -13,7 +13,7 @@ import time
 import pytest
 
 from conftest import (BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, expect_run, held_open, make_tree, masked,
-                      pattern, tree, wine_env)
+                      pattern, tree, wait_for, wine_env)
 
 # fcntl's request for a pipe's capacity, which Python names from 3.10 on.
 F_GETPIPE_SZ = 1032
@@ -39,8 +39,7 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(suite, dri
     run = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
                            stdout=subprocess.PIPE, env=wine_env())
     # The sibling's first file goes before the rewritten file's turn comes.
-    while (work / "a_big" / "0000.tmp").exists():
-        pass
+    wait_for(lambda: not (work / "a_big" / "0000.tmp").exists(), "the sibling's first file to go")
     (work / "b_rewritten.txt").write_text("new")
     (work / "c_vanished.txt").unlink()
     out = run.communicate(timeout=300)[0].decode("latin-1").replace("\r\n", "\n")
@@ -50,14 +49,10 @@ def test_file_rewritten_during_the_sweep_stays_and_one_removed_counts(suite, dri
     assert tree(work) == ["b_rewritten.txt"]
 
 
-def wait_until_full(pipe):
-    """Until the pipe has no page left free: its writer then waits in its write."""
+def pipe_is_full(pipe):
+    """No page of the pipe is left free: its writer waits in its write."""
     room = fcntl.fcntl(pipe, F_GETPIPE_SZ) - resource.getpagesize()
-    for _ in range(6000):
-        if struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, b"\0" * 4))[0] > room:
-            return
-        time.sleep(0.01)
-    pytest.fail("the run never filled its output pipe")
+    return struct.unpack("i", fcntl.ioctl(pipe, termios.FIONREAD, b"\0" * 4))[0] > room
 
 
 # A job may rename its folder, and rename it back, while the run is below it:
@@ -72,7 +67,7 @@ def test_folders_from_the_match_down_can_be_renamed_and_back_while_the_run_is_be
     run = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp"],
                            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, env=wine_env())
     try:
-        wait_until_full(run.stdout)
+        wait_for(lambda: pipe_is_full(run.stdout), "the run to fill its output pipe")
         held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
         tries = subprocess.run(
             [str(WINE_RUN), str(TEST_TOOLS / "kxRenameWhenGone.exe"), "-",

@@ -30,9 +30,10 @@ TEST(ErrorText, EveryCodeGivesOneFramedLine)
     const struct { std::uint32_t code; std::u16string system; std::string status; std::u16string expected; } cases[] = {
         {0, u"Asked.", "", u"No Error."},
         {126, u"Asked.", "", u"A DLL is missing."},
-        {5, u"Access denied.\r\n", "", u"Error 5: Access denied.."},
+        {5, u"Access denied.\r\n", "", u"Error 5: Access denied."},
+        {5, u"Access denied\r\n", "", u"Error 5: Access denied."},
         {5, u"Access denied.\n\r", "", u"Error 5: Access denied. ."},
-        {5, u"Two\r\nlines.\n", "", u"Error 5: Two  lines.."},
+        {5, u"Two\r\nlines.\n", "", u"Error 5: Two  lines."},
         {5, std::u16string(495, u'a'), "", u"Error 5: " + std::u16string(491, u'a')},
         // The exception table comes before the status messages, whose high bytes are sign-extended.
         {0xC00000FDu, u"", "Asked.", u"EXCEPTION: The thread used up its stack."},

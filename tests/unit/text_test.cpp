@@ -92,4 +92,7 @@ TEST(Output, ConsoleAndLogFormsOfOnePrintedText)
     const QString text = QString::fromUtf8("\xc5\x82\xc3\xb3" "d\xc5\xba \xf0\x9f\x8e\x9e\xc3\xa9%s\n");
     EXPECT_EQ(consoleBytes(text), QByteArray("?\xf3" "d? ?\xe9%s\n"));
     EXPECT_EQ(logBytes(text), QByteArray("\xc5\x82\xc3\xb3" "d\xc5\xba \xf0\x9f\x8e\x9e\xc3\xa9%s\r\n"));
+    // A name may hold a surrogate without its partner, which UTF-8 cannot say.
+    const QString lone = QString(QChar(0xD83C)) + QLatin1Char('x') + QChar(0xDF9E);
+    EXPECT_EQ(logBytes(lone), QByteArray("\xef\xbf\xbdx\xef\xbf\xbd"));
 }
