@@ -26,8 +26,10 @@ const char* const kUsageLines[] = {
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n",
     "  -log <file>: Append this report to <file>, in UTF-8.\n",
     "  -minfree <size>: Then delete the oldest files until the drive has <size> free (50G, 15%).\n",
+    "  -freeto <size>: Once below the -minfree goal, delete until the drive has <size> free.\n",
     "  -minage <days>: Never delete files younger than this to free space. Default: 1 day\n",
     "  -prom <file>: Write this run's figures to <file> for Prometheus (textfile collector).\n",
+    "  -check: Only tell whether the -minfree goal is met (exit code 4 if not); delete and write nothing.\n",
     "Note: There is no required order for the commandline flags\n",
     "\n",
     "\n",
@@ -59,11 +61,14 @@ const OptionRule kOptionRules[] = {
     {"-keep", true, true},
     {"-log", true, false},
     {"-minfree", true, false},
+    {"-freeto", true, false},
+    {"-check", false, false},
     {"-minage", true, false},
     {"-prom", true, false},
 };
 
 const char* const kMinAgeError = "Error: -minage needs a number of days and -minfree, not '%1'!\n";
+const char* const kFreeToError = "Error: -freeto needs a size such as 50G or 15% and -minfree, not '%1'!\n";
 
 const OptionRule* findRule(const QString& argument)
 {
@@ -91,6 +96,12 @@ int fail(const char* format, const QString& value, int code)
 {
     printText(fillIn(format, value));
     return code;
+}
+
+int refuse(const char* text)
+{
+    printText(QString::fromLatin1(text));
+    return kExitBadOption;
 }
 
 int readDaysOld(const QString& value, RunOptions& options)
@@ -130,6 +141,12 @@ int readValue(const QString& option, const QString& value, RunOptions& options)
         if (!options.hasFreeGoal)
             return fail("Error: -minfree needs a size such as 50G or 15%, not '%1'!\n", value, kExitBadOption);
     }
+    if (isOption(option, "-freeto")) {
+        options.freeToText = value;
+        options.hasFreeToGoal = parseFreeGoal(value, options.freeToGoal);
+        if (!options.hasFreeToGoal)
+            return fail(kFreeToError, value, kExitBadOption);
+    }
     if (isOption(option, "-minage")) {
         options.minAgeText = value;
         if (!parseMinAge(value, options.minAgeDays))
@@ -144,6 +161,26 @@ void readSwitch(const QString& argument, RunOptions& options)
         options.verbose = true;
     if (isOption(argument, "-dryrun"))
         options.dryRun = true;
+    if (isOption(argument, "-check"))
+        options.check = true;
+}
+
+// -freeto and -check go with -minfree. Goals of one kind are compared here,
+// a size and a share once the volume's size is read. A dry run deletes
+// nothing already, and a check that said what a dry run would free would
+// answer another question.
+int checkFreeSpaceOptions(const RunOptions& options)
+{
+    if (options.hasFreeToGoal && !options.hasFreeGoal)
+        return fail(kFreeToError, options.freeToText, kExitBadOption);
+    if (options.hasFreeToGoal && options.freeToGoal.isPercent == options.freeGoal.isPercent
+        && options.freeToGoal.amount < options.freeGoal.amount)
+        return refuse("Error: -freeto is below the -minfree goal!\n");
+    if (options.check && !options.hasFreeGoal)
+        return refuse("Error: -check needs -minfree!\n");
+    if (options.check && options.dryRun)
+        return refuse("Error: -check and -dryrun do not go together!\n");
+    return kExitOk;
 }
 
 // Any other argument that begins with "-" is a typo, never the directory.
@@ -219,5 +256,6 @@ int readOptions(const QStringList& arguments, RunOptions& options)
         if (code != kExitOk)
             return code;
     }
-    return checkOptions(options);
+    const int code = checkFreeSpaceOptions(options);
+    return code != kExitOk ? code : checkOptions(options);
 }

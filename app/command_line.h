@@ -38,6 +38,12 @@ struct RunOptions {
     // free, none younger than minAgeDays.
     FreeGoal freeGoal;
     bool hasFreeGoal = false;
+    // Once below freeGoal, the oldest files go until this much is free.
+    FreeGoal freeToGoal;
+    bool hasFreeToGoal = false;
+    QString freeToText;
+    // Only says whether each volume meets the goal, and touches nothing.
+    bool check = false;
     double minAgeDays = 1;
     QString minAgeText;
     // The file this run's figures are written to, for Prometheus.
@@ -49,7 +55,7 @@ void printBanner();
 void printUsage();
 
 // Reads the options from left to right, the program's name first: -do, -keep,
-// -v, -dryrun, -log, -minfree, -minage, -prom, the values of the root flags, and one directory, then
+// -v, -dryrun, -log, -minfree, -freeto, -minage, -prom, -check, the values of the root flags, and one directory, then
 // checks that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(const QStringList& arguments, RunOptions& options);

@@ -32,18 +32,3 @@ QString formatGroupedNumber(std::int64_t value)
         return QStringLiteral("%1%2").arg(sign, QString::number(rest));
     return QStringLiteral("%1%2 %3").arg(sign, QString::number(rest), tail);
 }
-
-// The second search starts at 0 when the first found nothing, as on a path
-// that holds one backslash before index 3.
-QString freeSpaceRoot(const QString& path)
-{
-    if (path.size() < 3)
-        return QString();
-    if (path.at(1) == QLatin1Char(':'))
-        return path.left(3);
-    const qsizetype first = path.indexOf(QLatin1Char('\\'), 3);
-    const qsizetype second = path.indexOf(QLatin1Char('\\'), first + 1);
-    if (second < 0)
-        return QString();
-    return path.left(second + 1);
-}

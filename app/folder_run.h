@@ -24,7 +24,8 @@ struct RunTotals {
     // The free space of the last reading, when it could be read.
     bool freeKnown = false;
     std::uint64_t freeBytes = 0;
-    // The -minfree goal, once the drive's size was read, and whether it was met.
+    // The -minfree goal: whether there was one, in bytes once a volume's size
+    // was read, and whether every volume met it.
     bool hasGoal = false;
     std::uint64_t goalBytes = 0;
     bool goalMet = false;
@@ -32,8 +33,16 @@ struct RunTotals {
 
 // One pass over the folders the folder argument names. The age run reports
 // each folder; the scan for free space only collects the files it may delete,
-// silently; the pass that frees space deletes the files changed before a time.
-enum class PassKind { Age, Scan, FreeSpace };
+// silently; the pass that frees space deletes the files changed before a time;
+// locating only notes each folder and its volume.
+enum class PassKind { Age, Scan, FreeSpace, Locate };
+
+// A folder a pass reached, its volume's key, and what its age run freed.
+struct LocatedFolder {
+    QString folder;
+    QString volume;
+    std::int64_t freedBytes = 0;
+};
 
 struct FolderPass {
     const RunOptions& options;
@@ -42,6 +51,10 @@ struct FolderPass {
     TimeStamp changedBefore = 0;
     std::vector<SpaceCandidate>* candidates = nullptr;
     RunTotals* totals = nullptr;
+    // Where each folder reached is noted, when it is wanted.
+    std::vector<LocatedFolder>* located = nullptr;
+    // The scan and the freeing pass: only the folders on this volume.
+    QString onVolume;
 
     // Only the age run says what is missing or skipped: the later passes go
     // over the same folders.
@@ -64,13 +77,12 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);
 
-// The bytes free to the caller on the drive of path, and the drive's size,
-// as the platform gives them to the caller; false when they cannot be read.
-bool readDriveSpace(const QString& path, std::uint64_t& freeBytes, std::uint64_t& totalBytes);
+// The bytes free to the caller on the volume the folder itself is on, and the
+// volume's size, as the platform gives them to the caller; false when they
+// cannot be read. A volume mounted into a folder, or reached through a link,
+// is the one measured, never the drive's root.
+bool readFolderSpace(const QString& folder, std::uint64_t& freeBytes, std::uint64_t& totalBytes);
 
-// Whole MiB free to the caller on the folder's drive; 1000 when unknown.
-std::uint32_t freeDriveSpaceMiB(QString path);
-
-// The root whose free space is reported: "X:\" for a drive path, the share root
-// for a network path, empty when there is none. Only the backslash separates.
-QString freeSpaceRoot(const QString& path);
+// What folders on one volume share: the volume's path, or the folder's own
+// when the volume cannot be named.
+QString volumeKey(const QString& folder);

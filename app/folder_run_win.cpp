@@ -1,6 +1,7 @@
 #include "app/folder_run.h"
 
 #include "sweep/file_ops.h"
+#include "sweep/listing_rules.h"
 #include "sweep/folder_hold_win.h"
 #include "sweep/win32.h"
 #include "text/output.h"
@@ -13,7 +14,6 @@ namespace {
 
 // A drive whose free space cannot be read is reported with this many MiB.
 constexpr std::uint32_t kUnknownFreeMiB = 1000;
-constexpr int kFreeSpaceRootUnits = 255;
 constexpr int kBytesToMiBShift = 20;
 
 QString localTime(TimeStamp time)
@@ -59,7 +59,7 @@ QString freeSpaceText(const QString& folder, RunTotals* totals)
 {
     std::uint64_t freeBytes = 0;
     std::uint64_t totalBytes = 0;
-    const bool known = readDriveSpace(absolutePath(folder), freeBytes, totalBytes);
+    const bool known = readFolderSpace(folder, freeBytes, totalBytes);
     if (totals != nullptr) {
         totals->freeKnown = known;
         totals->freeBytes = freeBytes;
@@ -87,6 +87,12 @@ void warnMissingFolder(const QString& folder)
 
 void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& pass)
 {
+    if (pass.kind == PassKind::Locate) {
+        pass.located->push_back(LocatedFolder{folder, volumeKey(folder)});
+        return;
+    }
+    if (!pass.onVolume.isEmpty() && volumeKey(folder).compare(pass.onVolume, Qt::CaseInsensitive) != 0)
+        return;
     const SweepSettings settings = settingsFor(pass);
     if (pass.kind == PassKind::Scan) {
         SweepOutputs collect;
@@ -107,7 +113,10 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
                          &progressStamp()};
     outputs.freedBytes = &totals.freedBytes;
     outputs.deletedBytes = &totals.deletedBytes;
+    const std::int64_t freedBefore = totals.freedBytes;
     sweepHeldFolder(folder, std::move(hold), settings, outputs);
+    if (pass.located != nullptr)
+        pass.located->push_back(LocatedFolder{folder, volumeKey(folder), totals.freedBytes - freedBefore});
     totals.deletedFiles += deletedCount;
     totals.errors += errors.count(QLatin1Char('\n'));
     if (pass.kind == PassKind::Age)
@@ -124,28 +133,23 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
     printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder, freeSpaceText(folder, &totals)));
 }
 
-bool readDriveSpace(const QString& path, std::uint64_t& freeBytes, std::uint64_t& totalBytes)
+// GetDiskFreeSpaceExW takes any folder, and measures the volume that folder is
+// on; a share's path needs the trailing backslash.
+bool readFolderSpace(const QString& folder, std::uint64_t& freeBytes, std::uint64_t& totalBytes)
 {
-    const QString root = freeSpaceRoot(path);
-    if (root.isEmpty() || root.size() >= kFreeSpaceRootUnits)
-        return false;
-    wchar_t rootUnits[kFreeSpaceRootUnits] = {};
-    root.toWCharArray(rootUnits);
+    const QString path = pathForFileCall(folderPrefix(absolutePath(folder)));
     ULARGE_INTEGER freeToCaller = {};
     ULARGE_INTEGER total = {};
     ULARGE_INTEGER totalFree = {};
-    if (!GetDiskFreeSpaceExW(rootUnits, &freeToCaller, &total, &totalFree))
+    if (!GetDiskFreeSpaceExW(asWide(path.utf16()), &freeToCaller, &total, &totalFree))
         return false;
     freeBytes = freeToCaller.QuadPart;
     totalBytes = total.QuadPart;
     return true;
 }
 
-std::uint32_t freeDriveSpaceMiB(QString path)
+QString volumeKey(const QString& folder)
 {
-    std::uint64_t freeBytes = 0;
-    std::uint64_t totalBytes = 0;
-    if (!readDriveSpace(path, freeBytes, totalBytes))
-        return kUnknownFreeMiB;
-    return static_cast<std::uint32_t>(freeBytes >> kBytesToMiBShift);
+    const QString volume = volumePathOf(folder);
+    return volume.isEmpty() ? folder : volume;
 }

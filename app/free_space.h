@@ -15,14 +15,31 @@ struct FreeGoal {
     bool isPercent = false;
 };
 
-// A whole or decimal number above 0 followed by M, G or T (MiB, GiB, TiB, in
-// either case) or by "%".
+// A whole or decimal number in ASCII digits above 0 followed by M, G or T
+// (MiB, GiB, TiB, in either case) or by "%": a size below 16 EiB, or at most
+// 99%, since a goal of the whole volume can never be met.
 bool parseFreeGoal(const QString& text, FreeGoal& goal);
 
-// A whole or decimal number of days, 0 or more.
+// A whole or decimal number of days in ASCII digits, 0 or more.
 bool parseMinAge(const QString& text, double& days);
 
 std::uint64_t goalBytes(const FreeGoal& goal, std::uint64_t driveBytes);
+
+// The goals of -minfree and -freeto on one volume, in bytes: below low, the
+// freeing pass frees up to high. Without -freeto both are the same.
+struct VolumeGoal {
+    std::uint64_t low = 0;
+    std::uint64_t high = 0;
+};
+
+// Why goals cannot hold on a volume of this size.
+enum class GoalFault { None, AboveVolume, HighBelowLow };
+
+// The goals on a volume of volumeBytes; high is null without -freeto.
+GoalFault volumeGoal(const FreeGoal& low, const FreeGoal* high, std::uint64_t volumeBytes, VolumeGoal& goal);
+
+// What the freeing pass must free: nothing while the low goal is met.
+std::uint64_t bytesToFree(const VolumeGoal& goal, std::uint64_t freeBytes);
 
 // Files changed before cutoff go; they free bytes.
 struct Cutoff {
@@ -41,8 +58,13 @@ std::uint64_t mebibytesUp(std::uint64_t bytes);
 
 struct RunOptions;
 struct RunTotals;
+struct LocatedFolder;
 
-// After the age run: checks the goal once on the drive of the folder argument
-// and, when it is not met, frees what is missing in one more pass, oldest
-// files first. Prints the goal line; the exit code.
-int reachFreeSpaceGoal(const RunOptions& options, RunTotals& totals);
+// After the age run, for each volume the folders of the age run are on:
+// checks the goal once and, when it is not met, frees what is missing in one
+// more pass over the folders on that volume, oldest files first. Prints one
+// goal line per volume; the exit code.
+int reachFreeSpaceGoal(const RunOptions& options, const std::vector<LocatedFolder>& located, RunTotals& totals);
+
+// -check: prints each volume's goal line as it stands, and touches nothing.
+int checkFreeSpaceGoal(const RunOptions& options);

@@ -3,13 +3,28 @@
 #include "app/folder_run.h"
 #include "app/wildcard.h"
 #include "sweep/file_ops.h"
+#include "sweep/folder_hold_win.h"
 #include "text/output.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr double kSecondsPerDay = 86400;
+
+// One volume the folders are on, in the order they were reached. Its space
+// is read at the first folder on it.
+struct Volume {
+    QString key;
+    QString folder;
+    // What the age run freed there, or would free in a dry run.
+    std::int64_t freedByAgeRun = 0;
+    bool known = false;
+    std::uint64_t freeBytes = 0;
+    std::uint64_t totalBytes = 0;
+    VolumeGoal goal;
+};
 
 // Every match of a "*" lies on the drive of the part before it, since a "*"
 // never matches a link.
@@ -21,61 +36,182 @@ QString goalFolder(QString folder)
     return absolutePath(splitAtFirstWildcard(folder).base);
 }
 
-int printGoalLine(const RunOptions& options, std::uint64_t freeBytes, std::uint64_t goal, RunTotals& totals)
+Volume volumeAt(const QString& key, const QString& folder)
 {
-    totals.goalMet = freeBytes >= goal;
-    const QString free = formatGroupedNumber(static_cast<std::int64_t>(mebibytesDown(freeBytes)));
-    const QString wanted = formatGroupedNumber(static_cast<std::int64_t>(mebibytesUp(goal)));
-    if (totals.goalMet) {
-        printText(fillIn(options.dryRun ? "Free space goal would be met: %1 MiB free, goal %2 MiB.\n\n"
-                                        : "Free space goal met: %1 MiB free, goal %2 MiB.\n\n",
-                         free, wanted));
-        return kExitOk;
+    Volume volume;
+    volume.key = key;
+    volume.folder = folder;
+    return volume;
+}
+
+// With nothing reached, the goal is read where the folder argument points, as
+// it always was.
+std::vector<Volume> groupByVolume(const std::vector<LocatedFolder>& located, const QString& directory)
+{
+    std::vector<Volume> volumes;
+    for (const LocatedFolder& folder : located) {
+        auto same = std::find_if(volumes.begin(), volumes.end(), [&folder](const Volume& volume) {
+            return volume.key.compare(folder.volume, Qt::CaseInsensitive) == 0;
+        });
+        if (same == volumes.end())
+            same = volumes.insert(volumes.end(), volumeAt(folder.volume, folder.folder));
+        same->freedByAgeRun += folder.freedBytes;
     }
-    printText(fillIn(options.dryRun ? "Free space goal would not be reached: %1 MiB free, goal %2 MiB. "
-                                    : "Free space goal not reached: %1 MiB free, goal %2 MiB. ",
-                     free, wanted)
-              + fillIn("Nothing older than %1 days is left to delete.\n\n", QString::number(options.minAgeDays)));
-    return kExitGoalNotReached;
+    if (volumes.empty()) {
+        const QString folder = goalFolder(directory);
+        volumes.push_back(volumeAt(volumeKey(folder), folder));
+    }
+    return volumes;
 }
 
-int goalNotChecked()
+// A goal that no volume of this size can meet ends the run before anything is
+// freed for it: freeing would delete everything down to -minage for nothing.
+int readVolumes(const RunOptions& options, std::vector<Volume>& volumes)
 {
-    printText(QStringLiteral("Free space goal not checked: the drive's free space cannot be read.\n\n"));
-    return kExitGoalNotReached;
+    for (Volume& volume : volumes) {
+        volume.known = readFolderSpace(volume.folder, volume.freeBytes, volume.totalBytes);
+        if (!volume.known)
+            continue;
+        const FreeGoal* high = options.hasFreeToGoal ? &options.freeToGoal : nullptr;
+        const GoalFault fault = volumeGoal(options.freeGoal, high, volume.totalBytes, volume.goal);
+        if (fault == GoalFault::HighBelowLow) {
+            printText(QStringLiteral("Error: -freeto is below the -minfree goal!\n"));
+            return kExitBadOption;
+        }
+        if (fault == GoalFault::AboveVolume) {
+            const QString size = formatGroupedNumber(static_cast<std::int64_t>(mebibytesDown(volume.totalBytes)));
+            printText(fillIn("Error: the free space goal is larger than the volume of %1 (%2 MiB)!\n",
+                             volume.folder, size));
+            return kExitBadOption;
+        }
+    }
+    return kExitOk;
 }
 
+// A check's line is the last of the output, as a detection script reads it.
+QString lineEnd(const RunOptions& options)
+{
+    return options.check ? QStringLiteral("\n") : QStringLiteral("\n\n");
+}
+
+QString goalText(const RunOptions& options, const VolumeGoal& goal)
+{
+    const QString low = formatGroupedNumber(static_cast<std::int64_t>(mebibytesUp(goal.low)));
+    if (!options.hasFreeToGoal)
+        return low;
+    return fillIn("%1 MiB to %2", low, formatGroupedNumber(static_cast<std::int64_t>(mebibytesUp(goal.high))));
+}
+
+bool printGoalLine(const RunOptions& options, std::uint64_t freeBytes, const VolumeGoal& goal)
+{
+    const bool met = freeBytes >= goal.low;
+    const QString free = formatGroupedNumber(static_cast<std::int64_t>(mebibytesDown(freeBytes)));
+    const QString wanted = goalText(options, goal);
+    if (met) {
+        printText(fillIn(options.dryRun ? "Free space goal would be met: %1 MiB free, goal %2 MiB."
+                                        : "Free space goal met: %1 MiB free, goal %2 MiB.",
+                         free, wanted)
+                  + lineEnd(options));
+        return true;
+    }
+    const QString line = fillIn(options.dryRun ? "Free space goal would not be reached: %1 MiB free, goal %2 MiB."
+                                               : "Free space goal not reached: %1 MiB free, goal %2 MiB.",
+                                free, wanted);
+    if (options.check) {
+        printText(line + lineEnd(options));
+        return false;
+    }
+    printText(line + fillIn(" Nothing older than %1 days is left to delete.", QString::number(options.minAgeDays))
+              + lineEnd(options));
+    return false;
+}
+
+void goalNotChecked(const RunOptions& options)
+{
+    printText(QStringLiteral("Free space goal not checked: the drive's free space cannot be read.") + lineEnd(options));
+}
+
+// The metrics show the volume closest to missing its goal, or furthest below
+// it, and the goal as met only when every volume meets it.
+void noteVolume(RunTotals& totals, const Volume& volume, bool met, bool first)
+{
+    if (first)
+        totals.goalMet = true;
+    totals.hasGoal = true;
+    totals.goalMet = totals.goalMet && met && volume.known;
+    if (!volume.known)
+        return;
+    const bool closer = volume.freeBytes + totals.goalBytes < totals.freeBytes + volume.goal.low;
+    if (first || !totals.freeKnown || closer) {
+        totals.freeKnown = true;
+        totals.freeBytes = volume.freeBytes;
+        totals.goalBytes = volume.goal.low;
+    }
 }
 
 // One pass and no loop: other programs write to the same drive, and chasing a
 // goal they move would delete ever younger files.
-int reachFreeSpaceGoal(const RunOptions& options, RunTotals& totals)
+bool freeOnVolume(const RunOptions& options, Volume& volume, RunTotals& totals)
 {
-    const QString drive = goalFolder(options.directory);
-    std::uint64_t freeBytes = 0;
-    std::uint64_t totalBytes = 0;
-    totals.freeKnown = readDriveSpace(drive, freeBytes, totalBytes);
-    if (!totals.freeKnown)
-        return goalNotChecked();
-    totals.freeBytes = freeBytes;
-    totals.hasGoal = true;
-    totals.goalBytes = goalBytes(options.freeGoal, totalBytes);
+    std::uint64_t freeBytes = volume.freeBytes;
     // A dry run deleted nothing: what the age run would have freed is counted.
     if (options.dryRun)
-        freeBytes += static_cast<std::uint64_t>(totals.freedBytes);
-    if (freeBytes >= totals.goalBytes)
-        return printGoalLine(options, freeBytes, totals.goalBytes, totals);
+        freeBytes += static_cast<std::uint64_t>(volume.freedByAgeRun);
+    const std::uint64_t missing = bytesToFree(volume.goal, freeBytes);
+    if (missing == 0)
+        return printGoalLine(options, freeBytes, volume.goal);
 
     const TimeStamp floor = currentTime() - std::llround(options.minAgeDays * kSecondsPerDay);
     std::vector<SpaceCandidate> candidates;
-    expandWildcardFolders(options.directory, FolderPass{options, PassKind::Scan, floor, &candidates, nullptr});
-    const Cutoff cutoff = chooseCutoff(std::move(candidates), totals.goalBytes - freeBytes, floor);
-    expandWildcardFolders(options.directory, FolderPass{options, PassKind::FreeSpace, cutoff.cutoff, nullptr, &totals});
+    expandWildcardFolders(options.directory,
+                          FolderPass{options, PassKind::Scan, floor, &candidates, nullptr, nullptr, volume.key});
+    const Cutoff cutoff = chooseCutoff(std::move(candidates), missing, floor);
+    expandWildcardFolders(options.directory, FolderPass{options, PassKind::FreeSpace, cutoff.cutoff, nullptr,
+                                                        &totals, nullptr, volume.key});
     if (options.dryRun)
-        return printGoalLine(options, freeBytes + cutoff.bytes, totals.goalBytes, totals);
-    totals.freeKnown = readDriveSpace(drive, freeBytes, totalBytes);
-    if (!totals.freeKnown)
-        return goalNotChecked();
-    totals.freeBytes = freeBytes;
-    return printGoalLine(options, freeBytes, totals.goalBytes, totals);
+        return printGoalLine(options, freeBytes + cutoff.bytes, volume.goal);
+    volume.known = readFolderSpace(volume.folder, volume.freeBytes, volume.totalBytes);
+    if (!volume.known) {
+        goalNotChecked(options);
+        return false;
+    }
+    return printGoalLine(options, volume.freeBytes, volume.goal);
+}
+
+int forEachVolume(const RunOptions& options, std::vector<Volume>& volumes, RunTotals& totals)
+{
+    const int fault = readVolumes(options, volumes);
+    if (fault != kExitOk)
+        return fault;
+    bool allMet = true;
+    for (Volume& volume : volumes) {
+        bool met = false;
+        if (!volume.known)
+            goalNotChecked(options);
+        else if (options.check)
+            met = printGoalLine(options, volume.freeBytes, volume.goal);
+        else
+            met = freeOnVolume(options, volume, totals);
+        noteVolume(totals, volume, met, &volume == &volumes.front());
+        allMet = allMet && met;
+    }
+    return allMet ? kExitOk : kExitGoalNotReached;
+}
+
+}
+
+int reachFreeSpaceGoal(const RunOptions& options, const std::vector<LocatedFolder>& located, RunTotals& totals)
+{
+    std::vector<Volume> volumes = groupByVolume(located, options.directory);
+    return forEachVolume(options, volumes, totals);
+}
+
+int checkFreeSpaceGoal(const RunOptions& options)
+{
+    std::vector<LocatedFolder> located;
+    expandWildcardFolders(options.directory,
+                          FolderPass{options, PassKind::Locate, 0, nullptr, nullptr, &located, QString()});
+    std::vector<Volume> volumes = groupByVolume(located, options.directory);
+    RunTotals unused;
+    return forEachVolume(options, volumes, unused);
 }

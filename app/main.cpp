@@ -28,10 +28,12 @@ int cleanFolders(const RunOptions& options, RunTotals& totals)
     // missing folder's warning follows on the same line.
     if (options.directory.contains(QLatin1Char('*')))
         printText(fillIn("Searching for folders matching '%1'.", options.directory));
-    expandWildcardFolders(options.directory, FolderPass{options, PassKind::Age, 0, nullptr, &totals});
+    std::vector<LocatedFolder> located;
+    expandWildcardFolders(options.directory, FolderPass{options, PassKind::Age, 0, nullptr, &totals,
+                                                        options.hasFreeGoal ? &located : nullptr, QString()});
     if (!options.hasFreeGoal)
         return kExitOk;
-    return reachFreeSpaceGoal(options, totals);
+    return reachFreeSpaceGoal(options, located, totals);
 }
 
 // The metrics file is written at the end of the run, so its folder is checked
@@ -73,6 +75,9 @@ int wmain(int argc, wchar_t* argv[])
     const int optionsExit = readOptions(arguments, options);
     if (optionsExit != kExitOk)
         return optionsExit;
+    // A check writes nothing, so neither the log nor the metrics are opened.
+    if (options.check)
+        return checkFreeSpaceGoal(options);
     if (!options.hasLogFile)
         forgoLog();
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))

@@ -114,7 +114,7 @@ QString metricsText(const MetricsRun& run, const QString& previousText)
         {"free_bytes", "Bytes free on the drive at the end of the last run.",
          totals.freeKnown ? number(static_cast<std::int64_t>(totals.freeBytes)) : QString()},
         {"free_goal_bytes", "The -minfree goal of the last run, in bytes.",
-         totals.hasGoal ? number(static_cast<std::int64_t>(totals.goalBytes)) : QString()},
+         totals.hasGoal && totals.goalBytes > 0 ? number(static_cast<std::int64_t>(totals.goalBytes)) : QString()},
         {"free_goal_met", "1 when the last run met its -minfree goal, else 0.",
          totals.hasGoal ? number(totals.goalMet ? 1 : 0) : QString()},
         {kGoalMissedRuns, "How many runs in a row, the last one included, missed the -minfree goal.",

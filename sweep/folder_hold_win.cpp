@@ -127,15 +127,21 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
     return hold;
 }
 
-// The volume's path is the folder's own, or a part of it in the same form,
-// prefix included.
-bool isVolumeRoot(const QString& path)
+// The volume's path is the folder's own, or a part of it in the same form.
+QString volumePathOf(const QString& path)
 {
     const QString folder = pathForFileCall(folderPrefix(absolutePath(path)));
     std::vector<wchar_t> volume(static_cast<std::size_t>(folder.size()) + 2);
     if (!GetVolumePathNameW(asWide(folder.utf16()), volume.data(), static_cast<DWORD>(volume.size())))
-        return false;
-    return folderPrefix(QString::fromWCharArray(volume.data())).compare(folder, Qt::CaseInsensitive) == 0;
+        return QString();
+    return folderPrefix(QString::fromWCharArray(volume.data()));
+}
+
+bool isVolumeRoot(const QString& path)
+{
+    const QString volume = volumePathOf(path);
+    return !volume.isEmpty()
+        && volume.compare(pathForFileCall(folderPrefix(absolutePath(path))), Qt::CaseInsensitive) == 0;
 }
 
 // The folder's identity, read while it was held, tells whether the name still

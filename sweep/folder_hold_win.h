@@ -36,6 +36,11 @@ FolderHold holdNamedFolder(const QString& folder);
 // with isMissing.
 FolderHold holdFoundFolder(HANDLE parent, const QString& name);
 
+// The path of the volume the folder the path names is on, as the system gives
+// it for the path in the form a file call takes, prefix included; empty when
+// it cannot be read.
+QString volumePathOf(const QString& path);
+
 // Whether the folder the path names is the root of a volume: a drive's root, a
 // share's, or a volume mounted into a folder.
 bool isVolumeRoot(const QString& path);

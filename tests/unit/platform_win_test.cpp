@@ -30,8 +30,9 @@ TEST(FileOps, DriveRootsAndUnreadableDrives)
 {
     // Win32 reads "C:" as the current folder of drive C.
     EXPECT_FALSE(folderExists(QStringLiteral("C:")));
-    // A drive whose free space cannot be read shows the stand-in.
-    EXPECT_EQ(freeDriveSpaceMiB(QStringLiteral("\\\\no_such_server\\share\\x")), 1000u);
+    std::uint64_t freeBytes = 0;
+    std::uint64_t totalBytes = 0;
+    EXPECT_FALSE(readFolderSpace(QStringLiteral("\\\\no_such_server\\share\\x"), freeBytes, totalBytes));
 }
 
 }

@@ -163,16 +163,6 @@ TEST(FolderReport, GroupsDigitsFromOneThousandAndOneOn)
         EXPECT_EQ(formatGroupedNumber(c.value), QString::fromLatin1(c.text)) << c.value;
 }
 
-TEST(FolderReport, FreeSpaceRootOfDriveAndSharePaths)
-{
-    const struct { const char *path, *root; } cases[] = {
-        {"C:\\temp\\x", "C:\\"}, {"C:", ""}, {"\\\\srv\\share\\folder", "\\\\srv\\share\\"},
-        {"\\\\srv\\share", ""}, {"//srv/share/folder", ""},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(freeSpaceRoot(QString::fromLatin1(c.path)), QString::fromLatin1(c.root)) << c.path;
-}
-
 // Runs on K: show the rest of the split; a share cannot be named there.
 // Input, then base|nameStart|rest.
 TEST(WildcardSplit, ABareShareIsAFolderAsItStands)
