@@ -148,10 +148,22 @@ ROWS = [
     row("-log twice", CANARY, "-log {w}\\a.log {w} -LOG {w}\\b.log", "Error: -LOG given twice!\n", 2),
     row("-minfree -dryrun", CANARY, "{w} -do 14 -minfree -dryrun", "Error: -minfree needs a value!\n", 2),
     *(row(f"-minfree {size}", CANARY, f"{{w}} -minfree {size}",
-          f"Error: -minfree needs a size such as 50G or 15%, not '{size}'!\n", 2) for size in ("50", "0G")),
+          f"Error: -minfree needs a size such as 50G or 15%, not '{size}'!\n", 2)
+      for size in ("50", "0G", "100%", "16777216T", "\uff15G")),
     *(row(f"-minage {args}", CANARY, f"{{w}} -do 14 {args}",
           f"Error: -minage needs a number of days and -minfree, not '{args.split()[-1]}'!\n", 2)
-      for args in ("-minage 2", "-minfree 5G -minage 2d")),
+      for args in ("-minage 2", "-minfree 5G -minage 2d", "-minfree 5G -minage \uff15", "-minfree 5G -minage \u0665")),
+    *(row(f"-freeto {args}", CANARY, f"{{w}} -do 14 {args}",
+          f"Error: -freeto needs a size such as 50G or 15% and -minfree, not '{args.split()[-1]}'!\n", 2)
+      for args in ("-freeto 5G", "-minfree 5G -freeto 100%")),
+    row("-freeto below", CANARY, "{w} -freeto 10% -minfree 20%", "Error: -freeto is below the -minfree goal!\n", 2),
+    row("-check alone", CANARY, "{w} -do 14 -check", "Error: -check needs -minfree!\n", 2),
+    row("-check -dryrun", CANARY, "{w} -check -minfree 5G -dryrun", "Error: -check and -dryrun do not go together!\n", 2),
+    # A size goal above the volume's is told once the volume is read, after the age run.
+    row("goal above the volume", CANARY, "-do 100 {w} -minfree 1000T",
+        "\nStarting to delete files in folder '{w}', File have to be older than 100 days.\n  0 files deleted (0 Kib). \n\n"
+        "  Done. Free drive space in {w} is <free> MiB\n\n"
+        "Error: the free space goal is larger than the volume of {w} (<message> MiB)!\n", 2),
     row("prom folder missing", CANARY, "{w} -do 14 -prom {w}\\absent\\kx.prom",
         "Error: the folder of the -prom file {w}\\absent\\kx.prom does not exist!\n", 2),
     row("log folder missing", CANARY, "{w} -do 14 -log {w}\\absent\\x.log",

@@ -91,20 +91,45 @@ QString text(const char16_t* units)
     return QString::fromUtf16(units);
 }
 
-TEST(FreeSpaceGoal, SizesInMiBGiBTiBOrPercentAboveZero)
+TEST(FreeSpaceGoal, SizesBelow16EiBOrAtMost99PercentAboveZeroInAsciiDigits)
 {
-    const struct { const char* text; bool valid; double bytes; } cases[] = {
-        {"50G", true, 50.0 * (1 << 30)}, {"1.5m", true, 1.5 * (1 << 20)}, {"2T", true, 2.0 * (1ull << 40)},
-        {"15%", true, 15}, {"0G", false, 0}, {"0.0%", false, 0}, {"50", false, 0}, {"G", false, 0},
-        {"5K", false, 0}, {"-5G", false, 0}, {".5G", false, 0}, {"5.G", false, 0}, {"1.2.3G", false, 0},
+    const struct { const char16_t* text; bool valid; double bytes; } cases[] = {
+        {u"50G", true, 50.0 * (1 << 30)}, {u"1.5m", true, 1.5 * (1 << 20)}, {u"2T", true, 2.0 * (1ull << 40)},
+        {u"15%", true, 15}, {u"0G", false, 0}, {u"0.0%", false, 0}, {u"50", false, 0}, {u"G", false, 0},
+        {u"5K", false, 0}, {u"-5G", false, 0}, {u".5G", false, 0}, {u"5.G", false, 0}, {u"1.2.3G", false, 0},
+        {u"99%", true, 99}, {u"99.01%", false, 99.01}, {u"16777215.99T", true, 16777215.99 * (1ull << 40)},
+        {u"16777216T", false, 16777216.0 * (1ull << 40)}, {u"\uff15G", false, 0}, {u"1\u0665%", false, 0},
     };
     for (const auto& c : cases) {
         FreeGoal goal;
-        EXPECT_EQ(parseFreeGoal(QString::fromLatin1(c.text), goal), c.valid) << c.text;
-        EXPECT_EQ(goal.amount, c.bytes) << c.text;
+        EXPECT_EQ(parseFreeGoal(text(c.text), goal), c.valid) << text(c.text).toStdString();
+        EXPECT_EQ(goal.amount, c.bytes) << text(c.text).toStdString();
     }
     EXPECT_EQ(goalBytes(FreeGoal{15, true}, 1000), 150u);
     EXPECT_EQ(goalBytes(FreeGoal{0.5, true}, 1001), 6u);
+}
+
+// -minfree, -freeto (none when 0) and the volume's size; the fault, then what
+// is freed with 40 and with 80 bytes free.
+TEST(FreeSpaceGoal, BelowTheLowMarkUpToTheHighOneOnAVolumeThatHoldsThem)
+{
+    const struct { FreeGoal low, high; std::uint64_t volume; GoalFault fault; std::uint64_t at40, at80; } cases[] = {
+        {{50, false}, {0, false}, 1000, GoalFault::None, 10, 0},
+        {{50, false}, {90, false}, 1000, GoalFault::None, 50, 0},
+        {{5, true}, {9, true}, 1000, GoalFault::None, 50, 0},
+        {{50, false}, {10, true}, 1000, GoalFault::None, 60, 0},
+        {{50, false}, {1, true}, 1000, GoalFault::HighBelowLow, 0, 0},
+        {{50, false}, {0, false}, 49, GoalFault::AboveVolume, 0, 0},
+        {{50, false}, {60, false}, 59, GoalFault::AboveVolume, 0, 0},
+    };
+    for (const auto& c : cases) {
+        VolumeGoal goal;
+        EXPECT_EQ(volumeGoal(c.low, c.high.amount > 0 ? &c.high : nullptr, c.volume, goal), c.fault) << c.low.amount;
+        if (c.fault != GoalFault::None)
+            continue;
+        EXPECT_EQ(bytesToFree(goal, 40), c.at40) << c.low.amount;
+        EXPECT_EQ(bytesToFree(goal, 80), c.at80) << c.low.amount;
+    }
 }
 
 // Candidates as (time, space); what is missing; the cutoff and what it frees.
