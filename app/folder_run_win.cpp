@@ -1,8 +1,8 @@
 #include "app/folder_run.h"
 
 #include "sweep/file_ops.h"
-#include "sweep/listing_rules.h"
 #include "sweep/folder_hold_win.h"
+#include "sweep/listing_rules.h"
 #include "sweep/win32.h"
 #include "text/output.h"
 

@@ -56,8 +56,8 @@ bool parseFreeGoal(const QString& text, FreeGoal& goal)
     goal.isPercent = unit == QLatin1Char('%');
     const double perUnit = goal.isPercent ? 1 : unitBytes(unit);
     goal.amount = text.chopped(1).toDouble() * perUnit;
-    const double most = goal.isPercent ? kMostPercent : kFirstOverflowingBytes;
-    return perUnit > 0 && goal.amount > 0 && (goal.isPercent ? goal.amount <= most : goal.amount < most);
+    const bool inRange = goal.isPercent ? goal.amount <= kMostPercent : goal.amount < kFirstOverflowingBytes;
+    return perUnit > 0 && goal.amount > 0 && inRange;
 }
 
 bool parseMinAge(const QString& text, double& days)

@@ -20,7 +20,7 @@ struct FreeGoal {
 // 99%, since a goal of the whole volume can never be met.
 bool parseFreeGoal(const QString& text, FreeGoal& goal);
 
-// A whole or decimal number of days in ASCII digits, 0 or more.
+// A whole or decimal number of days in ASCII digits, from 0 to a billion.
 bool parseMinAge(const QString& text, double& days);
 
 std::uint64_t goalBytes(const FreeGoal& goal, std::uint64_t driveBytes);

@@ -76,10 +76,10 @@ int wmain(int argc, wchar_t* argv[])
     if (optionsExit != kExitOk)
         return optionsExit;
     // A check writes nothing, so neither the log nor the metrics are opened.
+    if (!options.hasLogFile || options.check)
+        forgoLog();
     if (options.check)
         return checkFreeSpaceGoal(options);
-    if (!options.hasLogFile)
-        forgoLog();
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))
         return kExitBadOption;
     RunTotals totals;
