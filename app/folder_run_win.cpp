@@ -2,6 +2,7 @@
 
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
+#include "sweep/log_spill_win.h"
 #include "sweep/win32.h"
 #include "text/output.h"
 
@@ -107,6 +108,8 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
                          &progressStamp()};
     outputs.freedBytes = &totals.freedBytes;
     outputs.deletedBytes = &totals.deletedBytes;
+    LogSpill spill;
+    outputs.logSpill = &spill;
     sweepHeldFolder(folder, std::move(hold), settings, outputs);
     totals.deletedFiles += deletedCount;
     totals.errors += errors.count(QLatin1Char('\n'));
@@ -119,8 +122,11 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
                      QString::number(deletedCount), formatGroupedNumber(deletedKiB)));
     if (!errors.isEmpty())
         printText(fillIn("\nErrors:\n %1 \n\n", errors));
-    if (pass.options.verbose)
-        printText(fillIn("\n%1\n\n", log));
+    if (pass.options.verbose) {
+        printText(QStringLiteral("\n"));
+        printSpilled(spill);
+        printText(log + QStringLiteral("\n\n"));
+    }
     printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder, freeSpaceText(folder, &totals)));
 }
 

@@ -46,6 +46,8 @@ struct SpaceCandidate {
     std::int64_t allocation;
 };
 
+struct LogSpill;
+
 // Where a sweep reports, shared by every folder of the walk. Each is optional.
 struct SweepOutputs {
     QString* errors = nullptr;
@@ -59,6 +61,8 @@ struct SweepOutputs {
     // When given, nothing is deleted or logged: each file that the settings
     // would delete is only collected here.
     std::vector<SpaceCandidate>* candidates = nullptr;
+    // Where a log too long to hold goes on.
+    LogSpill* logSpill = nullptr;
 };
 
 // Sweeps folder, and with recurse its subfolders, each of which is removed

@@ -7,6 +7,7 @@
 #include "sweep/folder_hold_win.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
+#include "sweep/log_spill_win.h"
 #include "text/output.h"
 
 #include <deque>
@@ -42,6 +43,14 @@ QLatin1String latin(const char* text)
     return QLatin1String(text);
 }
 
+void appendToLog(const Walk& walk, const QString& line)
+{
+    QString& log = *walk.out.log;
+    log.append(line);
+    if (walk.out.logSpill != nullptr && log.size() > kHeldLogUnits)
+        spillLog(*walk.out.logSpill, log);
+}
+
 // One decision of the -v log: the tag, the name, in brackets for a folder,
 // and what decided it.
 void logDecision(const Walk& walk, const char* tag, const QString& name, bool isFolder,
@@ -50,7 +59,7 @@ void logDecision(const Walk& walk, const char* tag, const QString& name, bool is
     if (!walk.fullLog())
         return;
     const QString shown = isFolder ? QLatin1Char('[') + name + QLatin1Char(']') : name;
-    walk.out.log->append(latin("     ") + latin(tag) + QLatin1Char(' ') + shown + reason + QLatin1Char('\n'));
+    appendToLog(walk, latin("     ") + latin(tag) + QLatin1Char(' ') + shown + reason + QLatin1Char('\n'));
 }
 
 // One line of the report's errors: what failed, and the system's reason.
@@ -130,7 +139,7 @@ void logDeletion(const QString& name, const Walk& walk)
     if (walk.out.log == nullptr)
         return;
     if (walk.settings.namesOnly)
-        walk.out.log->append(name + QLatin1Char('\n'));
+        appendToLog(walk, name + QLatin1Char('\n'));
     else
         logDecision(walk, "-del", name, false);
 }
@@ -298,7 +307,7 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
         path.identities.insert(frame.hold.identity);
     listing::create(frame.listing);
     if (walk.fullLog())
-        walk.out.log->append(latin("   [") + folder + latin("]: \n"));
+        appendToLog(walk, latin("   [") + folder + latin("]: \n"));
     DWORD error = frame.hold.error;
     if (frame.hold.isHeld())
         error = listing::open(frame.listing, frame.hold.handle(), folder);
