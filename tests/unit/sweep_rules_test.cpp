@@ -9,6 +9,7 @@
 #include "sweep/file_time.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
+#include "sweep/sweep.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -84,6 +85,24 @@ TEST(EntryTime, CreationTimeStandsInForALastWriteWithZeroUpperWord)
 {
     EXPECT_EQ(entryTime(0x12345678u, 0, 7, 0x01D00000u), fileTimeToSeconds(7, 0x01D00000u));
     EXPECT_EQ(entryTime(0, 1, 0, 0x01D00000u), fileTimeToSeconds(0, 1));
+}
+
+// An emptied folder's own age: the newest of its times with -age newest; a
+// change time the volume does not keep reads as 1601. The walk's starting
+// folder is undated.
+TEST(EmptiedFolder, GoesWhenTheRunEmptiedItOrItIsOldEnoughItself)
+{
+    const TimeStamp now = 1000000, never = std::numeric_limits<TimeStamp>::min(), y1601 = -11644473600;
+    const struct { bool emptied; TimeStamp written, changed; AgeBy by; std::int64_t limit; bool goes; } cases[] = {
+        {false, now - 100, now - 100, AgeBy::Write, 50, true}, {false, now - 50, now - 100, AgeBy::Write, 50, false},
+        {false, now - 10, now - 10, AgeBy::Write, 50, false}, {true, now - 10, now - 10, AgeBy::Write, 50, true},
+        {false, now - 10, now - 10, AgeBy::Write, 0, true}, {false, now - 100, now - 10, AgeBy::Write, 50, true},
+        {false, now - 100, now - 10, AgeBy::Newest, 50, false}, {false, now - 10, now - 100, AgeBy::Newest, 50, false},
+        {false, now - 100, y1601, AgeBy::Newest, 50, true}, {false, never, never, AgeBy::Write, 128849018880000, true},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(removesEmptiedFolder(c.emptied, ageTime(c.written, c.changed, c.by), c.limit, now), c.goes)
+            << c.written << ' ' << c.changed;
 }
 
 QString text(const char16_t* units)
