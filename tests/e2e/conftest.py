@@ -249,9 +249,9 @@ class Model:
         text += f"\n{self.log}\n\n" if self.verbose else ""
         return text + f"  Done. Free drive space in {shown} is <free> MiB\n\n"
 
-    def young(self, listed: os.stat_result) -> bool:
+    def young(self, listed) -> bool:
         """Not old enough: by the last write, or with -age newest by the newer of it and the change."""
-        written = listed.st_mtime if not self.newest else max(listed.st_mtime, listed.st_ctime)
+        written = max(listed.st_mtime, listed.st_ctime) if self.newest else listed.st_mtime
         return self.days > 0 and self.now - written <= self.days * DAY
 
     def sweep(self, shown: str, local: Path, removable: bool, listed=None) -> bool:
@@ -288,11 +288,10 @@ class Model:
                     emptied = True
                     continue
             left = True
-        if removable and not left and not emptied and self.young(listed):
-            return True
-        if removable and not left:
+        stays = left or (removable and not emptied and self.young(listed))
+        if removable and not stays:
             self.removed.add(local)
-        return left
+        return stays
 
     def left(self, root: Path):
         """What remains below root after the run; what was removed through a link is gone where it is."""

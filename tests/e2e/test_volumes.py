@@ -76,12 +76,10 @@ def test_a_folder_mounted_into_itself_is_kept_as_a_link(tool, drive, work):
 # now: with -age newest a file goes when it is old by both times, and stays
 # when it is old by one.
 def test_age_newest_deletes_what_is_old_by_both_times(tool, drive, work):
-    image, cache = work / "cache.img", work / "cache"
-    old, new = int(time.time()) - OLD, int(time.time())
+    image, cache, now = work / "cache.img", work / "cache", int(time.time())
     subprocess.run(["mke2fs", "-q", "-t", "ext2", "-F", str(image), "1M"], check=True)
-    files = (("both.tmp", old, old), ("write.tmp", old, new), ("change.tmp", new, old))
-    script = "".join(f"write /dev/null {name}\nset_inode_field {name} mtime @{mtime}\n"
-                     f"set_inode_field {name} ctime @{ctime}\n" for name, mtime, ctime in files)
+    script = "".join(f"write /dev/null {n}\nset_inode_field {n} mtime @{now - m}\nset_inode_field {n} ctime @{now - c}\n"
+                     for n, m, c in (("both.tmp", OLD, OLD), ("write.tmp", OLD, 0), ("change.tmp", 0, OLD)))
     subprocess.run(["debugfs", "-w", "-f", "-", str(image)], input=script.encode(), capture_output=True, check=True)
     cache.mkdir()
     mounted("-o", "loop", str(image), str(cache))

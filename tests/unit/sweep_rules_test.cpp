@@ -87,21 +87,20 @@ TEST(EntryTime, CreationTimeStandsInForALastWriteWithZeroUpperWord)
     EXPECT_EQ(entryTime(0, 1, 0, 0x01D00000u), fileTimeToSeconds(0, 1));
 }
 
-// An emptied folder's own age: the newest of its times with -age newest; a
-// change time the volume does not keep reads as 1601. The walk's starting
-// folder is undated.
+// An emptied folder's own age: with -age newest the newer of its times; a change time the volume does not keep reads
+// as 1601. The walk's starting folder is undated.
 TEST(EmptiedFolder, GoesWhenTheRunEmptiedItOrItIsOldEnoughItself)
 {
-    const TimeStamp now = 1000000, never = std::numeric_limits<TimeStamp>::min(), y1601 = -11644473600;
+    const TimeStamp never = std::numeric_limits<TimeStamp>::min(), y1601 = -11644473600;
+    const AgeBy write = AgeBy::Write, newest = AgeBy::Newest;
     const struct { bool emptied; TimeStamp written, changed; AgeBy by; std::int64_t limit; bool goes; } cases[] = {
-        {false, now - 100, now - 100, AgeBy::Write, 50, true}, {false, now - 50, now - 100, AgeBy::Write, 50, false},
-        {false, now - 10, now - 10, AgeBy::Write, 50, false}, {true, now - 10, now - 10, AgeBy::Write, 50, true},
-        {false, now - 10, now - 10, AgeBy::Write, 0, true}, {false, now - 100, now - 10, AgeBy::Write, 50, true},
-        {false, now - 100, now - 10, AgeBy::Newest, 50, false}, {false, now - 10, now - 100, AgeBy::Newest, 50, false},
-        {false, now - 100, y1601, AgeBy::Newest, 50, true}, {false, never, never, AgeBy::Write, 128849018880000, true},
+        {false, 900, 900, write, 50, true}, {false, 950, 900, write, 50, false}, {true, 990, 990, write, 50, true},
+        {false, 990, 990, write, 0, true}, {false, 900, 990, write, 50, true}, {false, 900, 990, newest, 50, false},
+        {false, 990, 900, newest, 50, false}, {false, 900, y1601, newest, 50, true},
+        {false, never, 0, write, std::int64_t(1) << 46, true},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(removesEmptiedFolder(c.emptied, ageTime(c.written, c.changed, c.by), c.limit, now), c.goes)
+        EXPECT_EQ(removesEmptiedFolder(c.emptied, ageTime(c.written, c.changed, c.by), c.limit, 1000), c.goes)
             << c.written << ' ' << c.changed;
 }
 
