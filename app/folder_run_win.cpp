@@ -46,6 +46,7 @@ SweepSettings settingsFor(const FolderPass& pass)
     // removed itself.
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
+    settings.ageBy = options.ageBy;
     // The scan only looks.
     settings.dryRun = options.dryRun || pass.kind == PassKind::Scan;
     settings.keepPatterns = options.keepPatterns;

@@ -53,10 +53,13 @@ def fill(root, files):
      -DAY),
     # One cutoff for every match; T:\old.bin lies outside them.
     (USERS, "T:\\users\\*", "20M", "users/u1/a.bin users/u2/b.bin", MET.format(22, 20), 0, -9 * DAY + 1),
-], ids=["part", "met by age", "unreachable", "wildcard"])
+    # Every file arrived now, whatever its write time says: none is old, none older than -minage.
+    (JOB, "T:\\job -age newest", "31.25%", "", NOT_REACHED.format(10, 20), 4, -DAY),
+], ids=["part", "met by age", "unreachable", "wildcard", "arrived now"])
 def test_oldest_files_go_until_the_goal_is_met(tool, small, files, folder, goal, gone, line, code, cutoff):
     now = fill(small, files)
-    args = ["-do", "30", folder, "-minfree", goal, "-keep", "*.lic"]
+    args = ["-do", "30", *folder.split(" "), "-minfree", goal, "-keep", "*.lic"]
+    folder = folder.split(" ")[0]
     before = tree(small)
     dry = tool(*args, "-dryrun")
     assert (dry[0], tree(small)) == (code, before)
