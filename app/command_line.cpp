@@ -15,12 +15,13 @@ const char* const kMakerNotice = "Part of the KX render farm suite. Removes old 
 
 const char* const kUsageLines[] = {
     "\nUsage:\n\n",
-    "  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n",
+    "  kxDeleteOldFiles   directory  [-do <days_old>]  [-age write|newest]  [-v]\n",
     "\n",
     "  directory: The directory to remove files from.\n",
     "             Subfolders are automatically searched as well. Empty subfolders are deleted.\n",
     "             The directory can contain a folder with a * wildcard to be replaced by ALL folder found\n",
     "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n",
+    "  -age write|newest: Age counts from the last write (default), or from the newest of it and the change time.\n",
     "  -v: Enable verbose messages.\n",
     "  -dryrun: List what would be deleted, and delete nothing.\n",
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n",
@@ -65,6 +66,7 @@ const OptionRule kOptionRules[] = {
     {"-check", false, false},
     {"-minage", true, false},
     {"-prom", true, false},
+    {"-age", true, false},
 };
 
 const char* const kMinAgeError = "Error: -minage needs a number of days and -minfree, not '%1'!\n";
@@ -117,11 +119,24 @@ int readDaysOld(const QString& value, RunOptions& options)
     return kExitOk;
 }
 
+int readAgeBy(const QString& value, RunOptions& options)
+{
+    if (value.compare(QLatin1String("write"), Qt::CaseInsensitive) == 0)
+        options.ageBy = AgeBy::Write;
+    else if (value.compare(QLatin1String("newest"), Qt::CaseInsensitive) == 0)
+        options.ageBy = AgeBy::Newest;
+    else
+        return fail("Error: -age needs write or newest, not '%1'!\n", value, kExitBadOption);
+    return kExitOk;
+}
+
 // A root flag's value is root discovery's alone.
 int readValue(const QString& option, const QString& value, RunOptions& options)
 {
     if (isOption(option, "-do"))
         return readDaysOld(value, options);
+    if (isOption(option, "-age"))
+        return readAgeBy(value, options);
     if (isOption(option, "-keep")) {
         if (!isKeepPattern(value))
             return fail("Error: -keep needs a name pattern without a folder separator, not '%1'!\n", value,

@@ -46,6 +46,8 @@ struct RunOptions {
     bool check = false;
     double minAgeDays = 1;
     QString minAgeText;
+    // What a file's age, and an emptied folder's, counts from.
+    AgeBy ageBy = AgeBy::Write;
     // The file this run's figures are written to, for Prometheus.
     QString promFile;
     bool hasPromFile = false;
@@ -55,7 +57,7 @@ void printBanner();
 void printUsage();
 
 // Reads the options from left to right, the program's name first: -do, -keep,
-// -v, -dryrun, -log, -minfree, -freeto, -minage, -prom, -check, the values of the root flags, and one directory, then
+// -v, -dryrun, -log, -minfree, -freeto, -minage, -prom, -check, -age, the values of the root flags, and one directory, then
 // checks that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(const QStringList& arguments, RunOptions& options);

@@ -3,6 +3,7 @@
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
 #include "sweep/listing_rules.h"
+#include "sweep/log_spill_win.h"
 #include "sweep/win32.h"
 #include "text/output.h"
 
@@ -45,6 +46,7 @@ SweepSettings settingsFor(const FolderPass& pass)
     // removed itself.
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
+    settings.ageBy = options.ageBy;
     // The scan only looks.
     settings.dryRun = options.dryRun || pass.kind == PassKind::Scan;
     settings.keepPatterns = options.keepPatterns;
@@ -114,6 +116,8 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
     outputs.freedBytes = &totals.freedBytes;
     outputs.deletedBytes = &totals.deletedBytes;
     const std::int64_t freedBefore = totals.freedBytes;
+    LogSpill spill;
+    outputs.logSpill = &spill;
     sweepHeldFolder(folder, std::move(hold), settings, outputs);
     if (pass.located != nullptr)
         pass.located->push_back(LocatedFolder{folder, volumeKey(folder), totals.freedBytes - freedBefore});
@@ -128,8 +132,11 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
                      QString::number(deletedCount), formatGroupedNumber(deletedKiB)));
     if (!errors.isEmpty())
         printText(fillIn("\nErrors:\n %1 \n\n", errors));
-    if (pass.options.verbose)
-        printText(fillIn("\n%1\n\n", log));
+    if (pass.options.verbose) {
+        printText(QStringLiteral("\n"));
+        printSpilled(spill);
+        printText(log + QStringLiteral("\n\n"));
+    }
     printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder, freeSpaceText(folder, &totals)));
 }
 

@@ -85,6 +85,7 @@ void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
     ListedEntry listed;
     listed.time = entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
                             entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart));
+    listed.changed = fileTimeToSeconds(entry.ChangeTime.LowPart, static_cast<std::uint32_t>(entry.ChangeTime.HighPart));
     listed.size = entry.EndOfFile.QuadPart;
     listed.allocation = entry.AllocationSize.QuadPart;
     listed.flags = flagsOf(entry.FileAttributes, entry.EaSize);
@@ -215,6 +216,12 @@ TimeStamp time(DirListing*& handle)
 {
     const ListedEntry* entry = current(handle);
     return entry == nullptr ? 0 : entry->time;
+}
+
+TimeStamp changeTime(DirListing*& handle)
+{
+    const ListedEntry* entry = current(handle);
+    return entry == nullptr ? 0 : entry->changed;
 }
 
 std::int64_t size(DirListing*& handle)

@@ -19,6 +19,7 @@
 // deleted. Its name lies in the listing's name blocks.
 struct ListedEntry {
     TimeStamp time = 0;
+    TimeStamp changed = 0;
     std::int64_t size = 0;
     std::int64_t allocation = 0;
     std::uint32_t nameBlock = 0;
@@ -59,6 +60,9 @@ bool freesSpace(DirListing*& handle);
 QString name(DirListing*& handle);
 QString fullPath(DirListing*& handle);
 TimeStamp time(DirListing*& handle);
+// The last change of the entry's data or metadata: a copy or an extraction
+// renews it, whatever last write time it keeps.
+TimeStamp changeTime(DirListing*& handle);
 std::int64_t size(DirListing*& handle);
 // The space the entry takes on its drive: what its deletion frees. Data kept
 // in the file table, compressed or sparse takes less than its size.

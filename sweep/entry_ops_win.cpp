@@ -63,6 +63,7 @@ bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, F
         return false;
     }
     file.time = timeOf(info);
+    file.changed = fileTimeToSeconds(info.ChangeTime.LowPart, static_cast<std::uint32_t>(info.ChangeTime.HighPart));
     file.attributes = info.FileAttributes;
     return true;
 }

@@ -23,6 +23,7 @@ struct FileToDelete {
     OwnedHandle file;
     DWORD error = ERROR_SUCCESS;
     TimeStamp time = 0;
+    TimeStamp changed = 0;
     DWORD attributes = 0;
 };
 

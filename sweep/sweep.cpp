@@ -1,5 +1,7 @@
 #include "sweep/sweep.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
@@ -28,6 +30,16 @@ bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now)
     if (limitSeconds <= 0)
         return true;
     return hasElapsed(entryTime, limitSeconds, false, &now);
+}
+
+TimeStamp ageTime(TimeStamp written, TimeStamp changed, AgeBy ageBy)
+{
+    return ageBy == AgeBy::Newest ? std::max(written, changed) : written;
+}
+
+bool removesEmptiedFolder(bool emptiedByRun, TimeStamp folderAge, std::int64_t limitSeconds, TimeStamp now)
+{
+    return emptiedByRun || isOldEnough(folderAge, limitSeconds, now);
 }
 
 std::int64_t roundedKiB(std::int64_t size)

@@ -13,15 +13,21 @@
 // At most one progress line per this many whole seconds.
 constexpr std::int64_t kProgressIntervalSeconds = 5;
 
+// What an entry's age counts from: its last write time, or the newest of that
+// and its change time, which a copy, an extraction or an attribute change
+// renews while the last write time keeps the source's date.
+enum class AgeBy { Write, Newest };
+
 // What a sweep is asked to do, the same for every folder of the walk.
 struct SweepSettings {
-    // The folder itself is removed when it ends up empty; its subfolders
-    // always are.
+    // The folder itself is removed when it ends up empty; its subfolders are
+    // when removesEmptiedFolder says so.
     bool removeIfEmpty = false;
     bool recurse = true;
     // Files strictly older than this go; zero or less makes every file old
     // enough.
     std::int64_t ageLimitSeconds = 0;
+    AgeBy ageBy = AgeBy::Write;
     // Files and folders whose names end so are kept (files) or skipped
     // (folders, whose parent then fails to go).
     const QStringList* ignoreSuffixes = nullptr;
@@ -46,6 +52,8 @@ struct SpaceCandidate {
     std::int64_t allocation;
 };
 
+struct LogSpill;
+
 // Where a sweep reports, shared by every folder of the walk. Each is optional.
 struct SweepOutputs {
     QString* errors = nullptr;
@@ -59,6 +67,8 @@ struct SweepOutputs {
     // When given, nothing is deleted or logged: each file that the settings
     // would delete is only collected here.
     std::vector<SpaceCandidate>* candidates = nullptr;
+    // Where a log too long to hold goes on.
+    LogSpill* logSpill = nullptr;
 };
 
 // Sweeps folder, and with recurse its subfolders, each of which is removed
@@ -85,6 +95,14 @@ std::int64_t ageLimitSeconds(std::int32_t daysOld);
 // Strictly older than the limit; a limit of zero or less makes every file old
 // enough.
 bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now);
+
+// The time an entry's age counts from.
+TimeStamp ageTime(TimeStamp written, TimeStamp changed, AgeBy ageBy);
+
+// Whether a subfolder that ends up empty goes: when this run deleted or
+// removed something in it, or, empty already, when its own age time is old
+// enough. A job's new folder stays until its first file arrives.
+bool removesEmptiedFolder(bool emptiedByRun, TimeStamp folderAge, std::int64_t limitSeconds, TimeStamp now);
 
 // Whether a file changed at time goes under the settings.
 bool isDue(TimeStamp time, const SweepSettings& settings, TimeStamp now);

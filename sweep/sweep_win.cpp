@@ -7,9 +7,11 @@
 #include "sweep/folder_hold_win.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
+#include "sweep/log_spill_win.h"
 #include "text/output.h"
 
 #include <deque>
+#include <limits>
 #include <set>
 #include <utility>
 
@@ -29,6 +31,8 @@ struct FolderVerdict {
     bool nothingLeft = true;
     bool kept = false;
     bool failed = false;
+    // This run deleted or removed something in the folder (a dry run: would).
+    bool emptiedSome = false;
 };
 
 void markKept(FolderVerdict& verdict)
@@ -42,6 +46,14 @@ QLatin1String latin(const char* text)
     return QLatin1String(text);
 }
 
+void appendToLog(const Walk& walk, const QString& line)
+{
+    QString& log = *walk.out.log;
+    log.append(line);
+    if (walk.out.logSpill != nullptr && log.size() > kHeldLogUnits)
+        spillLog(*walk.out.logSpill, log);
+}
+
 // One decision of the -v log: the tag, the name, in brackets for a folder,
 // and what decided it.
 void logDecision(const Walk& walk, const char* tag, const QString& name, bool isFolder,
@@ -50,7 +62,7 @@ void logDecision(const Walk& walk, const char* tag, const QString& name, bool is
     if (!walk.fullLog())
         return;
     const QString shown = isFolder ? QLatin1Char('[') + name + QLatin1Char(']') : name;
-    walk.out.log->append(latin("     ") + latin(tag) + QLatin1Char(' ') + shown + reason + QLatin1Char('\n'));
+    appendToLog(walk, latin("     ") + latin(tag) + QLatin1Char(' ') + shown + reason + QLatin1Char('\n'));
 }
 
 // One line of the report's errors: what failed, and the system's reason.
@@ -118,6 +130,12 @@ void countDeleted(DirListing*& listing, const SweepOutputs& out)
         *out.deletedBytes += listing::size(listing);
 }
 
+// The time the entry's age counts from, as listed.
+TimeStamp listedAgeTime(DirListing*& listing, const Walk& walk)
+{
+    return ageTime(listing::time(listing), listing::changeTime(listing), walk.settings.ageBy);
+}
+
 void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
 {
     logDecision(walk, "-ignT", name, false);
@@ -130,7 +148,7 @@ void logDeletion(const QString& name, const Walk& walk)
     if (walk.out.log == nullptr)
         return;
     if (walk.settings.namesOnly)
-        walk.out.log->append(name + QLatin1Char('\n'));
+        appendToLog(walk, name + QLatin1Char('\n'));
     else
         logDecision(walk, "-del", name, false);
 }
@@ -157,6 +175,10 @@ struct FolderFrame {
     bool abandoned = false;
     // The root of a volume, where the system keeps entries of its own.
     bool atVolumeRoot = false;
+    // The folder's age time as its parent listed it. The folder the walk
+    // starts at has no such entry and is not dated: it goes, when asked to,
+    // as soon as it is empty.
+    TimeStamp ageTime = std::numeric_limits<TimeStamp>::min();
     DirListing* listing = nullptr;
     TimeStamp now = 0;
     FolderVerdict verdict;
@@ -208,12 +230,13 @@ void deleteListedFile(FolderFrame& frame, const Walk& walk)
     const QString name = listing::name(listing);
     if (walk.out.candidates != nullptr) {
         if (listing::freesSpace(listing))
-            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
+            walk.out.candidates->push_back(SpaceCandidate{listedAgeTime(listing, walk), listing::allocation(listing)});
         return;
     }
     if (walk.settings.dryRun) {
         logDeletion(name, walk);
         countDeleted(listing, walk.out);
+        verdict.emptiedSome = true;
         return;
     }
     if (!pinFrame(frame, walk))
@@ -224,7 +247,7 @@ void deleteListedFile(FolderFrame& frame, const Walk& walk)
         keepOffline(name, false, walk, verdict);
         return;
     }
-    if (opened && !isDue(file.time, walk.settings, currentTime())) {
+    if (opened && !isDue(ageTime(file.time, file.changed, walk.settings.ageBy), walk.settings, currentTime())) {
         logTooYoung(name, walk, verdict);
         return;
     }
@@ -234,6 +257,7 @@ void deleteListedFile(FolderFrame& frame, const Walk& walk)
     // A file gone since the listing counts as deleted.
     if (error == ERROR_SUCCESS || isGoneError(error)) {
         countDeleted(listing, walk.out);
+        verdict.emptiedSome = true;
         return;
     }
     reportError(walk, listing::fullPath(listing), deletionFailureText(error));
@@ -269,7 +293,7 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
     }
     // Freeing space never takes a file whose deletion would free next to
     // nothing: its data is deduplicated or packed elsewhere.
-    if (!isDue(listing::time(listing), walk.settings, frame.now)
+    if (!isDue(listedAgeTime(listing, walk), walk.settings, frame.now)
         || (walk.settings.freeingSpace && !listing::freesSpace(listing))) {
         logTooYoung(name, walk, verdict);
         return;
@@ -298,7 +322,7 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
         path.identities.insert(frame.hold.identity);
     listing::create(frame.listing);
     if (walk.fullLog())
-        walk.out.log->append(latin("   [") + folder + latin("]: \n"));
+        appendToLog(walk, latin("   [") + folder + latin("]: \n"));
     DWORD error = frame.hold.error;
     if (frame.hold.isHeld())
         error = listing::open(frame.listing, frame.hold.handle(), folder);
@@ -354,7 +378,9 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
     // A volume mounted inside the tree has a serial number of its own.
     const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
     parent.pin.close();
+    const TimeStamp folderAge = listedAgeTime(parent.listing, walk);
     enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), atVolumeRoot, walk);
+    path.frames.back().ageTime = folderAge;
 }
 
 // True when nothing was left behind, or, for a folder to be removed when empty,
@@ -366,6 +392,8 @@ bool leaveFolder(FolderPath& path, const Walk& walk)
     const FolderVerdict& verdict = frame.verdict;
     if (verdict.kept || verdict.failed || !frame.removeIfEmpty || frame.abandoned)
         return verdict.nothingLeft;
+    if (!removesEmptiedFolder(verdict.emptiedSome, frame.ageTime, walk.settings.ageLimitSeconds, frame.now))
+        return false;
     if (walk.settings.dryRun)
         return true;
     std::deque<FolderFrame>& frames = path.frames;
@@ -409,6 +437,8 @@ bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings
             return nothingLeft;
         if (!nothingLeft)
             markKept(path.frames.back().verdict);
+        else
+            path.frames.back().verdict.emptiedSome = true;
     }
 }
 

@@ -112,10 +112,11 @@ def held_open(*paths):
 
 
 def make_tree(root: Path, layout: str):
-    """Makes a tree from "path=<age><size>[r], folder/, link->target, name=>file, ...": the age o(ld),
+    """Makes a tree from "path=<age><size>[r], folder/[=o], link->target, name=>file, ...": the age o(ld),
     y(oung), n(ow) or a (file of 1901), a size in bytes (1 when none is given), r for read-only, -> a
-    link to a folder, => a second name of a file."""
+    link to a folder, => a second name of a file; a folder's =o dates it old once its content is made."""
     now = int(time.time())
+    old_folders = []
     for relative, shape in (entry.partition("=")[::2] for entry in layout.split(", ")):
         path = root / relative.split("->")[0]
         path.parent.mkdir(parents=True, exist_ok=True)
@@ -123,6 +124,7 @@ def make_tree(root: Path, layout: str):
             os.symlink(root / relative.split("->")[1], path, target_is_directory=True)
         elif relative.endswith("/"):
             path.mkdir(exist_ok=True)
+            old_folders += [path] if shape == "o" else []
         elif shape.startswith(">"):
             os.link(root / shape[1:], path)
         else:
@@ -132,6 +134,8 @@ def make_tree(root: Path, layout: str):
             os.utime(path, (now - age, now - age))
             if flags:
                 os.chmod(path, stat.S_IRUSR)
+    for path in old_folders:
+        os.utime(path, (now - OLD, now - OLD))
 
 
 def tree(root: Path):
@@ -168,6 +172,7 @@ class Model:
     def __init__(self, drive, args, held=(), cwd=None):
         self.drive, self.args, self.cwd, self.held, self.now = drive, args, cwd, {Path(p) for p in held}, time.time()
         self.days, self.verbose, self.dry, self.keep, self.folder, self.removed, self.first = 14, False, False, [], "", set(), True
+        self.newest = False
 
     def read_options(self):
         options = iter(self.args)
@@ -179,6 +184,8 @@ class Model:
                 next(options)
             elif option == "-keep":
                 self.keep.append(next(options))
+            elif option == "-age":
+                self.newest = next(options).lower() == "newest"
             elif option in ("-v", "-dryrun"):
                 self.verbose, self.dry = self.verbose or option == "-v", self.dry or option == "-dryrun"
             else:
@@ -242,14 +249,20 @@ class Model:
         text += f"\n{self.log}\n\n" if self.verbose else ""
         return text + f"  Done. Free drive space in {shown} is <free> MiB\n\n"
 
-    def sweep(self, shown: str, local: Path, removable: bool) -> bool:
-        """Logs and counts one folder as the tool does; true when something is left in it."""
+    def young(self, listed) -> bool:
+        """Not old enough: by the last write, or with -age newest by the newer of it and the change."""
+        written = max(listed.st_mtime, listed.st_ctime) if self.newest else listed.st_mtime
+        return self.days > 0 and self.now - written <= self.days * DAY
+
+    def sweep(self, shown: str, local: Path, removable: bool, listed=None) -> bool:
+        """Logs and counts one folder as the tool does; true when something is left in it. An emptied
+        folder goes when the run emptied something in it or, listed, it is old enough itself."""
         self.log += f"   [{shown}]: \n"
         if local in self.held:
             self.errors += f"Error reading folder {shown}:Error 32: {MESSAGE}\n"
             return True
         prefix = shown.replace("/", "\\").rstrip("\\") + "\\"
-        left = False
+        left = emptied = False
         for entry in sorted(os.scandir(local), key=lambda e: e.name.upper()):
             name, path = entry.name, Path(entry.path)
             pattern = next((p for p in self.keep if matches_keep(name, p)), None)
@@ -259,9 +272,10 @@ class Model:
                 self.log += f"     -lnk [{name}]\n"
             elif entry.is_dir():
                 self.log += f"     -dir [{name}]\n"
-                if not self.sweep(prefix + name, path, True):
+                if not self.sweep(prefix + name, path, True, entry.stat()):
+                    emptied = True
                     continue
-            elif self.days > 0 and self.now - entry.stat().st_mtime <= self.days * DAY:
+            elif self.young(entry.stat()):
                 self.log += f"     -ignT {name}\n"
             else:
                 self.log += f"     -del {name}\n"
@@ -271,11 +285,13 @@ class Model:
                     self.count += 1
                     self.kib += (entry.stat().st_size + 512) // 1024
                     self.removed.add(path)
+                    emptied = True
                     continue
             left = True
-        if removable and not left:
+        stays = left or (removable and not emptied and self.young(listed))
+        if removable and not stays:
             self.removed.add(local)
-        return left
+        return stays
 
     def left(self, root: Path):
         """What remains below root after the run; what was removed through a link is gone where it is."""

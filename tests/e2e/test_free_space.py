@@ -61,18 +61,21 @@ def fill(root, files):
     # One cutoff for every match; T:\old.bin lies outside them.
     (USERS, "T:\\users\\*", "20M", "users/u1/a.bin users/u2/b.bin", MET.format(22, 20), 0, -9 * DAY + 1,
      "users\\u1 users\\u2 users\\u3"),
+    # Every file arrived now, whatever its write time says: none is old, none older than -minage.
+    (JOB, "T:\\job -age newest", "31.25%", "", NOT_REACHED.format(10, 20), 4, -DAY, "job"),
     # The volume mounted at T:\cache is the one measured, with 4 MiB free, not T:\ with 34.
     (CACHE, "T:\\cache", "6m", "cache/a.bin", MET.format(8, 6), 0, -10 * DAY + 1, "cache"),
     # Below the low mark the pass frees up to the high one; between the two nothing goes.
     (CACHE, "T:\\cache", "6m -freeto 12m", "cache/a.bin cache/b.bin", MET.format(12, "6 MiB to 12"), 0,
      -9 * DAY + 1, "cache"),
     (CACHE, "T:\\cache", "3m -FreeTo 30%", "", MET.format(4, "3 MiB to 6"), 0, None, ""),
-], ids=["part", "met by age", "unreachable", "wildcard", "inner volume", "below the low mark", "between the marks"])
+], ids=["part", "met by age", "unreachable", "wildcard", "arrived now", "inner volume", "below the low mark",
+        "between the marks"])
 def test_oldest_files_go_until_the_goal_is_met(tool, small, files, folder, goal, gone, line, code, cutoff, freed):
     if not os.path.ismount(small / "cache"):
         pytest.skip("mount of a tmpfs is refused here")
     now = fill(small, files)
-    args = ["-do", "30", folder, "-minfree", *goal.split(), "-keep", "*.lic"]
+    args = ["-do", "30", *folder.split(" "), "-minfree", *goal.split(), "-keep", "*.lic"]
     before = tree(small)
     dry = tool(*args, "-dryrun")
     assert (dry[0], tree(small)) == (code, before)

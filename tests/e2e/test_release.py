@@ -15,6 +15,7 @@ from conftest import BANNER, BUILD, TEST_TOOLS, TOP, Model, held_open, make_tree
 VERSION = re.search(r"^\. kxDeleteOldFiles  (\S+)$", BANNER, re.MULTILINE).group(1)
 BIN = ["Qt6Core.dll", "kxDeleteOldFiles.exe", "libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"]
 MONITORING = ["monitoring/kxdeleteoldfiles-dashboard.json", "monitoring/kxdeleteoldfiles.rules.yml"]
+DOCS = ["docs/differences.md", "docs/monitoring.md", "docs/safety.md"]
 
 
 @pytest.fixture(scope="module")
@@ -40,8 +41,10 @@ def test_zip_named_after_the_banner_version_holds_the_stripped_exe_its_dlls_thei
     digest = hashlib.sha256((release / name).read_bytes()).hexdigest()
     assert (release / "SHA256SUMS").read_text() == f"{digest}  {name}\n"
     with zipfile.ZipFile(release / name) as archive:
-        assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt", *(f"bin/win64/{f}" for f in BIN), *MONITORING]
+        assert sorted(archive.namelist()) == ["README.txt", "THIRD-PARTY-NOTICES.txt", *(f"bin/win64/{f}" for f in BIN),
+                                              *DOCS, *MONITORING]
         assert all(archive.read(f) == (TOP / f).read_bytes() for f in MONITORING)
+        assert all(archive.read(f).replace(b"\r\n", b"\n") == (TOP / f).read_bytes() for f in DOCS)
         notices = archive.read("THIRD-PARTY-NOTICES.txt").decode("utf-8").replace("\r\n", "\n")
         readme = archive.read("README.txt").decode("utf-8").replace("\r\n", "\n")
         # Stripped: no debug sections are left to name.

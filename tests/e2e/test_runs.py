@@ -10,11 +10,12 @@ import pytest
 from conftest import BANNER, expect_run, make_tree, tree, wine_env
 
 USAGE = (
-    "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-v]\n\n"
+    "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-age write|newest]  [-v]\n\n"
     "  directory: The directory to remove files from.\n"
     "             Subfolders are automatically searched as well. Empty subfolders are deleted.\n"
     "             The directory can contain a folder with a * wildcard to be replaced by ALL folder found\n"
     "  -do <days_old>: This tool does not delete files if they are not older than <days_old> days. Default: 14 days\n"
+    "  -age write|newest: Age counts from the last write (default), or from the newest of it and the change time.\n"
     "  -v: Enable verbose messages.\n  -dryrun: List what would be deleted, and delete nothing.\n"
     "  -keep <pattern>: Never delete files or folders whose name matches <pattern> (* and ? wildcards, repeatable).\n"
     "  -log <file>: Append this report to <file>, in UTF-8.\n"
@@ -48,6 +49,7 @@ KEPT_USERS = ("Users/anna/Temp/x.lic=o, Users/anna/Temp/old.tmp=o, Users/anna/Te
 ROOTS = "root/sub/cfg_global/, root/canary.txt=o, target/old.txt=o, target/new.txt=y, status/old.txt=o"
 LINKED_USERS = ("Users/alice/AppData/Local/Temp/old.tmp=o, elsewhere/AppData/Local/Temp/canary.tmp=o, Users/bob/, "
                 "shared/Local/Temp/canary.tmp=o, Users/linked->elsewhere, Users/bob/AppData->shared")
+FOLDERS = "new/, nested/a/b/, old/=o, emptied/f.tmp=o, young/old/=o"
 NAMED_LINK = ("target/jobs/j1/old.tmp=o, target/jobs/j1/new.tmp=y, target/direct/old.tmp=o, "
               "target/direct/sub/old.tmp=o, named->target")
 
@@ -65,6 +67,11 @@ ROWS = [
     row("sweep", "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
         "-do 14 {w}", stays="new.exr, keep/e.exr"),
     row("zero days", "x/y/z.tmp=o5, new.tmp=n5", "-do 0 {w}"),
+    # An emptied folder goes when the run emptied it or it is old itself: a job's new folders stay.
+    row("young folders", FOLDERS, "-do 7 -v {w}", stays="new/, nested/a/b/"),
+    row("folders zero days", FOLDERS, "-do 0 -age write {w}"),
+    # Linux renews the change time when a test sets a time: every file and folder here arrived now.
+    row("age newest", FOLDERS + ", old.txt=o, new.txt=n", "-age Newest -do 7 -v {w}", stays="old.txt, old/"),
     # Options in any case, days in base 10.
     row("options", "new.txt=y, old.txt=o", "-DO 010 -V {w}", stays="new.txt"),
     # The limit is whole days in 64 bits: no value wraps round to delete a new file.
@@ -141,10 +148,12 @@ ROWS = [
     row("-do text", CANARY, "{w} -do abc", "Error: Unable to convert abc into a number!\n", 3),
     # A forgotten value never swallows an option, -dryrun least of all.
     *(row(f"{option} -dryrun", CANARY, f"{{w}} -do 14 {option} -dryrun", f"Error: {option} needs a value!\n", 2)
-      for option in ("-keep", "-kxRoot", "-LOADSTATUS", "-log")),
+      for option in ("-keep", "-kxRoot", "-LOADSTATUS", "-log", "-age")),
     row("-do -dryrun", CANARY, "-do -dryrun {w}", "Error: -do needs a value!\n", 2),
     row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
     row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
+    row("-age twice", CANARY, "-age write {w} -do 14 -age newest", "Error: -age given twice!\n", 2),
+    row("-age ctime", CANARY, "{w} -age ctime", "Error: -age needs write or newest, not 'ctime'!\n", 2),
     row("-log twice", CANARY, "-log {w}\\a.log {w} -LOG {w}\\b.log", "Error: -LOG given twice!\n", 2),
     row("-minfree -dryrun", CANARY, "{w} -do 14 -minfree -dryrun", "Error: -minfree needs a value!\n", 2),
     *(row(f"-minfree {size}", CANARY, f"{{w}} -minfree {size}",

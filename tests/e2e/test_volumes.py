@@ -4,10 +4,11 @@ drive's root with the system's entries, and a folder mounted into itself."""
 import os
 import re
 import subprocess
+import time
 
 import pytest
 
-from conftest import BANNER, WINEPREFIX, make_tree, masked, pattern
+from conftest import BANNER, OLD, WINEPREFIX, make_tree, masked, pattern
 
 SYSTEM = ("System Volume Information/tracking.log=o, $RECYCLE.BIN/S-1-5-18/old.dat=o, pagefile.sys=o, "
           "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y")
@@ -69,3 +70,22 @@ def test_a_folder_mounted_into_itself_is_kept_as_a_link(tool, drive, work):
     log = f"   [{folder}]: \n     -dir [b]\n   [{folder}\\b]: \n     -lnk [loop]\n     -del old2.txt\n     -del old.txt\n"
     assert re.fullmatch(pattern(BANNER + report(folder, 2, log)), masked(stdout)) and (code, stderr) == (0, ""), stdout
     assert sorted(os.listdir(work)) == ["b"] and os.listdir(loop) == []
+
+
+# Only an image written before it is mounted keeps a change time older than
+# now: with -age newest a file goes when it is old by both times, and stays
+# when it is old by one.
+def test_age_newest_deletes_what_is_old_by_both_times(tool, drive, work):
+    image, cache, now = work / "cache.img", work / "cache", int(time.time())
+    subprocess.run(["mke2fs", "-q", "-t", "ext2", "-F", str(image), "1M"], check=True)
+    script = "".join(f"write /dev/null {n}\nset_inode_field {n} mtime @{now - m}\nset_inode_field {n} ctime @{now - c}\n"
+                     for n, m, c in (("both.tmp", OLD, OLD), ("write.tmp", OLD, 0), ("change.tmp", 0, OLD)))
+    subprocess.run(["debugfs", "-w", "-f", "-", str(image)], input=script.encode(), capture_output=True, check=True)
+    cache.mkdir()
+    mounted("-o", "loop", str(image), str(cache))
+    try:
+        code, stdout, stderr = tool("-age", "newest", "-do", "14", drive.win(cache))
+        left = sorted(os.listdir(cache))
+    finally:
+        subprocess.run(["umount", str(cache)], check=True)
+    assert (code, stderr, left) == (0, "", ["change.tmp", "lost+found", "write.tmp"]), stdout

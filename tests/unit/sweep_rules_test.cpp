@@ -9,6 +9,7 @@
 #include "sweep/file_time.h"
 #include "sweep/keep_pattern.h"
 #include "sweep/listing_rules.h"
+#include "sweep/sweep.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -84,6 +85,23 @@ TEST(EntryTime, CreationTimeStandsInForALastWriteWithZeroUpperWord)
 {
     EXPECT_EQ(entryTime(0x12345678u, 0, 7, 0x01D00000u), fileTimeToSeconds(7, 0x01D00000u));
     EXPECT_EQ(entryTime(0, 1, 0, 0x01D00000u), fileTimeToSeconds(0, 1));
+}
+
+// An emptied folder's own age: with -age newest the newer of its times; a change time the volume does not keep reads
+// as 1601. The walk's starting folder is undated.
+TEST(EmptiedFolder, GoesWhenTheRunEmptiedItOrItIsOldEnoughItself)
+{
+    const TimeStamp never = std::numeric_limits<TimeStamp>::min(), y1601 = -11644473600;
+    const AgeBy write = AgeBy::Write, newest = AgeBy::Newest;
+    const struct { bool emptied; TimeStamp written, changed; AgeBy by; std::int64_t limit; bool goes; } cases[] = {
+        {false, 900, 900, write, 50, true}, {false, 950, 900, write, 50, false}, {true, 990, 990, write, 50, true},
+        {false, 990, 990, write, 0, true}, {false, 900, 990, write, 50, true}, {false, 900, 990, newest, 50, false},
+        {false, 990, 900, newest, 50, false}, {false, 900, y1601, newest, 50, true},
+        {false, never, 0, write, std::int64_t(1) << 46, true},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(removesEmptiedFolder(c.emptied, ageTime(c.written, c.changed, c.by), c.limit, 1000), c.goes)
+            << c.written << ' ' << c.changed;
 }
 
 QString text(const char16_t* units)
