@@ -131,22 +131,22 @@ void goalNotChecked(const RunOptions& options)
     printText(QStringLiteral("Free space goal not checked: the drive's free space cannot be read.") + lineEnd(options));
 }
 
-// The metrics show the volume closest to missing its goal, or furthest below
-// it, and the goal as met only when every volume meets it.
-void noteVolume(RunTotals& totals, const Volume& volume, bool met, bool first)
+// The volume the metrics show: the one closest to missing its goal, or
+// furthest below it. Kept apart from the run's totals, which every folder's
+// report line reads anew.
+struct ShownVolume {
+    bool known = false;
+    std::uint64_t freeBytes = 0;
+    std::uint64_t goalBytes = 0;
+};
+
+void noteVolume(ShownVolume& shown, const Volume& volume)
 {
-    if (first)
-        totals.goalMet = true;
-    totals.hasGoal = true;
-    totals.goalMet = totals.goalMet && met && volume.known;
     if (!volume.known)
         return;
-    const bool closer = volume.freeBytes + totals.goalBytes < totals.freeBytes + volume.goal.low;
-    if (first || !totals.freeKnown || closer) {
-        totals.freeKnown = true;
-        totals.freeBytes = volume.freeBytes;
-        totals.goalBytes = volume.goal.low;
-    }
+    if (shown.known && volume.freeBytes + shown.goalBytes >= shown.freeBytes + volume.goal.low)
+        return;
+    shown = ShownVolume{true, volume.freeBytes, volume.goal.low};
 }
 
 // One pass and no loop: other programs write to the same drive, and chasing a
@@ -184,6 +184,7 @@ int forEachVolume(const RunOptions& options, std::vector<Volume>& volumes, RunTo
     if (fault != kExitOk)
         return fault;
     bool allMet = true;
+    ShownVolume shown;
     for (Volume& volume : volumes) {
         bool met = false;
         if (!volume.known)
@@ -192,8 +193,16 @@ int forEachVolume(const RunOptions& options, std::vector<Volume>& volumes, RunTo
             met = printGoalLine(options, volume.freeBytes, volume.goal);
         else
             met = freeOnVolume(options, volume, totals);
-        noteVolume(totals, volume, met, &volume == &volumes.front());
-        allMet = allMet && met;
+        noteVolume(shown, volume);
+        allMet = allMet && met && volume.known;
+    }
+    // The goal counts as met only when every volume meets it.
+    totals.hasGoal = true;
+    totals.goalMet = allMet;
+    if (shown.known) {
+        totals.freeKnown = true;
+        totals.freeBytes = shown.freeBytes;
+        totals.goalBytes = shown.goalBytes;
     }
     return allMet ? kExitOk : kExitGoalNotReached;
 }
