@@ -83,9 +83,12 @@ void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
     if (isSelfOrParent(QString::fromRawData(reinterpret_cast<const QChar*>(units), static_cast<qsizetype>(length))))
         return;
     ListedEntry listed;
-    listed.time = entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
-                            entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart));
-    listed.changed = fileTimeToSeconds(entry.ChangeTime.LowPart, static_cast<std::uint32_t>(entry.ChangeTime.HighPart));
+    const TimeStamp written =
+        entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
+                  entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart));
+    const TimeStamp changed =
+        fileTimeToSeconds(entry.ChangeTime.LowPart, static_cast<std::uint32_t>(entry.ChangeTime.HighPart));
+    listed.time = ageTime(written, changed, listing.ageBy);
     listed.size = entry.EndOfFile.QuadPart;
     listed.allocation = entry.AllocationSize.QuadPart;
     listed.flags = flagsOf(entry.FileAttributes, entry.EaSize);
@@ -147,12 +150,13 @@ void create(DirListing*& handle)
     handle = new DirListing;
 }
 
-DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath)
+DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath, AgeBy ageBy)
 {
     if (handle == nullptr)
         return ERROR_INVALID_HANDLE;
     DirListing& listing = *handle;
     listing.prefix = folderPrefix(folderPath);
+    listing.ageBy = ageBy;
     clearLists(listing);
     const DWORD error = readAll(listing, folder);
     listing.isOpen = true;
@@ -216,12 +220,6 @@ TimeStamp time(DirListing*& handle)
 {
     const ListedEntry* entry = current(handle);
     return entry == nullptr ? 0 : entry->time;
-}
-
-TimeStamp changeTime(DirListing*& handle)
-{
-    const ListedEntry* entry = current(handle);
-    return entry == nullptr ? 0 : entry->changed;
 }
 
 std::int64_t size(DirListing*& handle)

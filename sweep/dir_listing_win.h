@@ -19,7 +19,6 @@
 // deleted. Its name lies in the listing's name blocks.
 struct ListedEntry {
     TimeStamp time = 0;
-    TimeStamp changed = 0;
     std::int64_t size = 0;
     std::int64_t allocation = 0;
     std::uint32_t nameBlock = 0;
@@ -27,10 +26,13 @@ struct ListedEntry {
     std::uint16_t nameLength = 0;
     std::uint8_t flags = 0;
 };
+// Every 8 bytes more cost 3.2 MB in a folder of 400,000 entries.
+static_assert(sizeof(ListedEntry) <= 40, "a listed entry grew");
 
 struct DirListing {
     bool isOpen = false;
     QString prefix;
+    AgeBy ageBy = AgeBy::Write;
     std::int32_t index = -1;
     // Chunked, so a long listing never copies itself to grow.
     std::deque<ListedEntry> entries;
@@ -45,9 +47,11 @@ void create(DirListing*& handle);
 
 // Reads the whole folder through the handle held on it; "." and ".." are left
 // out. Full paths are the folder's path, a backslash and the name.
+// Each entry's time is the one its age counts from under ageBy, decided as it
+// is listed, so a record holds one time.
 // ERROR_SUCCESS, or why the folder could not be read to its end: what was read
 // until then is served.
-DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath);
+DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath, AgeBy ageBy = AgeBy::Write);
 bool next(DirListing*& handle);
 
 bool isFolder(DirListing*& handle);
@@ -60,9 +64,6 @@ bool freesSpace(DirListing*& handle);
 QString name(DirListing*& handle);
 QString fullPath(DirListing*& handle);
 TimeStamp time(DirListing*& handle);
-// The last change of the entry's data or metadata: a copy or an extraction
-// renews it, whatever last write time it keeps.
-TimeStamp changeTime(DirListing*& handle);
 std::int64_t size(DirListing*& handle);
 // The space the entry takes on its drive: what its deletion frees. Data kept
 // in the file table, compressed or sparse takes less than its size.

@@ -1,5 +1,6 @@
 #include "sweep/file_time.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace {
@@ -21,6 +22,11 @@ TimeStamp fileTimeToSeconds(std::uint32_t low, std::uint32_t high)
 {
     const std::uint64_t ticks = (std::uint64_t(high) << 32) | low;
     return (static_cast<std::int64_t>(ticks) - kTicksFrom1601To1970) / kTicksPerSecond;
+}
+
+TimeStamp ageTime(TimeStamp written, TimeStamp changed, AgeBy ageBy)
+{
+    return ageBy == AgeBy::Newest ? std::max(written, changed) : written;
 }
 
 bool hasElapsed(TimeStamp& stamp, std::int64_t span, bool update, const TimeStamp* now)

@@ -1,7 +1,5 @@
 #include "sweep/sweep.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr std::int64_t kSecondsPerDay = 86400;
@@ -30,11 +28,6 @@ bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now)
     if (limitSeconds <= 0)
         return true;
     return hasElapsed(entryTime, limitSeconds, false, &now);
-}
-
-TimeStamp ageTime(TimeStamp written, TimeStamp changed, AgeBy ageBy)
-{
-    return ageBy == AgeBy::Newest ? std::max(written, changed) : written;
 }
 
 bool removesEmptiedFolder(bool emptiedByRun, TimeStamp folderAge, std::int64_t limitSeconds, TimeStamp now)

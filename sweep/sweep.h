@@ -13,11 +13,6 @@
 // At most one progress line per this many whole seconds.
 constexpr std::int64_t kProgressIntervalSeconds = 5;
 
-// What an entry's age counts from: its last write time, or the newest of that
-// and its change time, which a copy, an extraction or an attribute change
-// renews while the last write time keeps the source's date.
-enum class AgeBy { Write, Newest };
-
 // What a sweep is asked to do, the same for every folder of the walk.
 struct SweepSettings {
     // The folder itself is removed when it ends up empty; its subfolders are
@@ -95,9 +90,6 @@ std::int64_t ageLimitSeconds(std::int32_t daysOld);
 // Strictly older than the limit; a limit of zero or less makes every file old
 // enough.
 bool isOldEnough(TimeStamp entryTime, std::int64_t limitSeconds, TimeStamp now);
-
-// The time an entry's age counts from.
-TimeStamp ageTime(TimeStamp written, TimeStamp changed, AgeBy ageBy);
 
 // Whether a subfolder that ends up empty goes: when this run deleted or
 // removed something in it, or, empty already, when its own age time is old

@@ -130,12 +130,6 @@ void countDeleted(DirListing*& listing, const SweepOutputs& out)
         *out.deletedBytes += listing::size(listing);
 }
 
-// The time the entry's age counts from, as listed.
-TimeStamp listedAgeTime(DirListing*& listing, const Walk& walk)
-{
-    return ageTime(listing::time(listing), listing::changeTime(listing), walk.settings.ageBy);
-}
-
 void logTooYoung(const QString& name, const Walk& walk, FolderVerdict& verdict)
 {
     logDecision(walk, "-ignT", name, false);
@@ -230,7 +224,7 @@ void deleteListedFile(FolderFrame& frame, const Walk& walk)
     const QString name = listing::name(listing);
     if (walk.out.candidates != nullptr) {
         if (listing::freesSpace(listing))
-            walk.out.candidates->push_back(SpaceCandidate{listedAgeTime(listing, walk), listing::allocation(listing)});
+            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
         return;
     }
     if (walk.settings.dryRun) {
@@ -293,7 +287,7 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
     }
     // Freeing space never takes a file whose deletion would free next to
     // nothing: its data is deduplicated or packed elsewhere.
-    if (!isDue(listedAgeTime(listing, walk), walk.settings, frame.now)
+    if (!isDue(listing::time(listing), walk.settings, frame.now)
         || (walk.settings.freeingSpace && !listing::freesSpace(listing))) {
         logTooYoung(name, walk, verdict);
         return;
@@ -325,7 +319,7 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
         appendToLog(walk, latin("   [") + folder + latin("]: \n"));
     DWORD error = frame.hold.error;
     if (frame.hold.isHeld())
-        error = listing::open(frame.listing, frame.hold.handle(), folder);
+        error = listing::open(frame.listing, frame.hold.handle(), folder, walk.settings.ageBy);
     frame.now = currentTime();
     printProgress(folder, walk.out.progressStamp, frame.now);
     if (error == ERROR_SUCCESS)
@@ -378,7 +372,7 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
     // A volume mounted inside the tree has a serial number of its own.
     const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
     parent.pin.close();
-    const TimeStamp folderAge = listedAgeTime(parent.listing, walk);
+    const TimeStamp folderAge = listing::time(parent.listing);
     enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), atVolumeRoot, walk);
     path.frames.back().ageTime = folderAge;
 }
