@@ -9,6 +9,7 @@ import pytest
 from conftest import BANNER, EXE, STAGE, held_open, run_exe, wine_env
 
 OUTSIDE = "K:\\outside\\a\\b\\kxDeleteOldFiles.exe"
+RENDER = "\u0420\u0435\u043d\u0434\u0435\u0440"
 PROBE = ("C:\\temp", "-do", "abc")
 REACHED = BANNER + "Error: Unable to convert abc into a number!\n"
 
@@ -22,7 +23,8 @@ def message(exe, flag_value, root_log):
 def outside(drive, suite):
     """The staged exe in no installation, and the sample installation beside it."""
     shutil.copytree(STAGE, drive.root / "outside" / "a" / "b")
-    (drive.root / "\u0420\u0435\u043d\u0434\u0435\u0440" / "sub" / "cfg_global").mkdir(parents=True)
+    (drive.root / RENDER / "sub" / "cfg_global").mkdir(parents=True)
+    shutil.copytree(STAGE, drive.root / RENDER / "bin" / "win64")
 
 
 @pytest.mark.parametrize("exe, args, env, out, code", [
@@ -30,7 +32,7 @@ def outside(drive, suite):
     (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
     # Arguments are read in UTF-16, so a root below any folder name is found.
-    (OUTSIDE, ("-kxRoot", "K:\\\u0420\u0435\u043d\u0434\u0435\u0440"), {}, REACHED, 3),
+    (OUTSIDE, ("-kxRoot", "K:\\" + RENDER), {}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
     # value is logged; the message is printed as it stands, "%" signs included.
     (OUTSIDE, ("-kxRoot", "K:\\100%s", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
@@ -41,6 +43,14 @@ def outside(drive, suite):
 def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
     result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
     assert result == (code, out, "")
+
+
+# Started by its bare name from a command prompt, so that argv[0] holds no
+# folder, the executable finds an installation below any folder name from its
+# own path.
+def test_installation_below_a_cyrillic_folder_is_found_from_the_executable(outside, drive):
+    result = run_exe("cmd", "/c", "kxDeleteOldFiles.exe", *PROBE, cwd=drive.root / RENDER / "bin" / "win64")
+    assert result == (3, REACHED, "")
 
 
 def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, drive):
