@@ -1,5 +1,5 @@
 """Runs that need their own choreography: the clock at the limit, a tree that
-changes or is renamed while it is swept, and long relative paths."""
+changes or is renamed while it is swept."""
 
 import fcntl
 import os
@@ -12,7 +12,7 @@ import time
 
 import pytest
 
-from conftest import (BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, expect_run, held_open, make_tree, masked,
+from conftest import (BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, held_open, make_tree, masked,
                       pattern, tree, wait_for, wine_env)
 
 # fcntl's request for a pipe's capacity, which Python names from 3.10 on.
@@ -95,12 +95,3 @@ def test_folder_a_program_stands_in_is_cleaned_and_its_removal_reported(tool, dr
     assert re.fullmatch(pattern(expected), masked(result[1])), result[1]
     assert tree(work) == ["Temp/", "Temp/job/", "Temp/new.tmp"]
 
-
-# A long relative path, named or reached, is made absolute before it gets the
-# long-path prefix, and the free space is read from its real drive.
-def test_relative_folder_cleans_long_paths(tool, drive, work):
-    deep = "data/" + "/".join("relative_component_%02d" % i for i in range(14))
-    make_tree(work, f"{deep}/old.txt=o, {deep}/new.txt=y, data/x/old.txt=o, {deep}/y/old.txt=o")
-    assert len(deep) > 240
-    for folder in (deep.replace("/", "\\") + "\\y", "x\\..\\data", ".\\data", "data"):
-        expect_run(tool, drive, work, ["-do", "14", folder], cwd=work)

@@ -136,10 +136,14 @@ ROWS = [
     row("-do last", CANARY, "{w} -v -do", "Error: -do needs a value!\n", 2),
     row("-kxRoot last", CANARY, "{w} -do 14 -KXROOT", "Error: -KXROOT needs a value!\n", 2),
     row("-loadstatus last", CANARY, "{w} -do 14 -loadstatus", "Error: -loadstatus needs a value!\n", 2),
-    row("-do text", CANARY, "{w} -do abc", "Error: Unable to convert abc into a number!\n", 3),
+    *(row(f"-do {days}", CANARY, ("{w}", "-do", days), f"Error: Unable to convert {days} into a number!\n", 3)
+      for days in ("abc", "\uff15", "+5", " 5")),
     # A forgotten value never swallows an option, -dryrun least of all.
     *(row(f"{option} -dryrun", CANARY, f"{{w}} -do 14 {option} -dryrun", f"Error: {option} needs a value!\n", 2)
       for option in ("-keep", "-kxRoot", "-LOADSTATUS", "-log")),
+    # Nor does a value that an editor's autocorrect began with another dash.
+    *(row(f"-keep {dash}dryrun", CANARY, f"{{w}} -do 14 -keep {dash}dryrun", "Error: -keep needs a value!\n", 2)
+      for dash in "\u2010\u2013\u2212\ufe63\uff0d"),
     row("-do -dryrun", CANARY, "-do -dryrun {w}", "Error: -do needs a value!\n", 2),
     row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
     row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
@@ -157,11 +161,13 @@ ROWS = [
     # The classic quoting slip: \" is a quote, and the rest of the line joins the folder.
     row("quoting slip", CANARY, ("-do", "14", '{w}\\render cache\\*" -dryrun -v'),
         "Error: '{w}\\render cache\\*\" -dryrun -v' cannot be a folder name!\n", 2),
-    # A relative wildcard is never guessed at, whatever the current folder holds.
+    # A relative folder is never completed from the current folder, whatever it holds.
     *(row(f"relative {folder}", CANARY + ", shot/x/cache/a.tmp=o, shot01/cache/a.tmp=o", f"-do 14 {folder}",
-          "Error: a folder with a * must be a full path, such as D:\\cache\\*\\tmp!\n", 2, here=True)
-      for folder in ("shot*\\cache", ".\\shot*", "\\shot*", "*", "K:shot*")),
+          f"Error: the folder {folder} is not a full path, and a scheduled task's current folder is "
+          "C:\\Windows\\System32!\n", 2, here=True)
+      for folder in ("shot*\\cache", "\\shot*", "*", "K:shot*", "shot01\\cache", ".", "\\")),
     row("-do7", CANARY, "{w} -do7 -verbose", "Error: Unknown option -do7!\n", 2),
+    row("\u2013dryrun", CANARY, "\u2013dryrun {w} -do 14", "Error: Unknown option \u2013dryrun!\n", 2),
     row("--dryrun", CANARY, "--dryrun {w} -do abc", "Error: Unknown option --dryrun!\n", 2),
     row("-n", CANARY, "-n {w} -do 14", "Error: Unknown option -n!\n", 2),
     row("/dryrun", CANARY, "/dryrun {w} -do 14", "Error: More than one folder given: /dryrun and {w}!\n", 2),
