@@ -79,6 +79,9 @@ int wmain(int argc, wchar_t* argv[])
         return kExitBadOption;
     RunTotals totals;
     int code = cleanFolders(options, totals);
+    // A folder there but unread was not cleaned; 5 wins over 4.
+    if (totals.folderUnread)
+        code = kExitIncomplete;
     // A report or figures that never reached their file leave the run
     // incomplete; the metrics carry that code when the log is what failed.
     if (logWriteFailed())

@@ -198,6 +198,8 @@ class Model:
         base, component, *names = re.match(r"(.*?\\)([^\\]*\*[^\\]*)(.*)", self.folder.replace("/", "\\")).groups()
         if not self.local(base).is_dir():
             return search + f"Warning: directory {base[:-1]} does not exist!\n"
+        if self.local(base) in self.held:
+            return search + f"Error: directory {base[:-1]} cannot be read:Error 32: {MESSAGE}\n"
         runs = self.expand(base, self.local(base), component, names[0].split("\\")[1:])
         return search + (runs or f"\nWarning: no folder matches '{self.folder}'!\n")
 

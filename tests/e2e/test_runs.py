@@ -83,10 +83,14 @@ ROWS = [
     row("held hard links", "outside/free.txt=or, outside/held.txt=or, tree/plain.txt=o, "
         "tree/free.lnk=>outside/free.txt, tree/held.lnk=>outside/held.txt", "-do 14 {w}\\tree", held="tree/held.lnk",
         stays="outside/free.txt, outside/held.txt, tree/held.lnk"),
-    # A folder that cannot be read is reported and kept: named, below it, or matched (in its run).
-    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", held="named", stays="named/a.tmp"),
+    # A folder that cannot be read is reported and kept: named, below it, matched (in its run), or a
+    # wildcard's base; only what was below the named folder leaves the run complete.
+    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", code=5, held="named", stays="named/a.tmp"),
     row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held", stays="tree/held/c.tmp"),
-    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", held="users/bob", stays="users/bob/Temp/d.tmp"),
+    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5,
+        held="users/bob", stays="users/bob/Temp/d.tmp"),
+    row("held base", "users/bob/Temp/d.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5, held="users",
+        stays="users/bob/Temp/d.tmp"),
     # Links below the named folder are kept and never entered; those the command line names are followed.
     row("link in the tree", "tree/a.old=o, tree/sub/b.old=o, library/canary.old=o, tree/cache->library",
         "-do 14 -v {w}\\tree", stays="library/canary.old, tree/cache"),
