@@ -3,6 +3,7 @@
 #include "app/free_space.h"
 #include "app/log_file.h"
 #include "app/metrics.h"
+#include "app/run_lock.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
 #include "sweep/file_ops.h"
@@ -73,6 +74,10 @@ int wmain(int argc, wchar_t* argv[])
     const int optionsExit = readOptions(arguments, options);
     if (optionsExit != kExitOk)
         return optionsExit;
+    if (!lockFolderRuns(options.directory)) {
+        printText(fillIn("Error: another run on %1 is still going!\n", options.directory));
+        return kExitAlreadyRunning;
+    }
     if (!options.hasLogFile)
         forgoLog();
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))

@@ -1,5 +1,5 @@
 """Runs that need their own choreography: the clock at the limit, a tree that
-changes or is renamed while it is swept."""
+changes or is renamed while it is swept, and a second run beside the first."""
 
 import fcntl
 import os
@@ -95,3 +95,22 @@ def test_folder_a_program_stands_in_is_cleaned_and_its_removal_reported(tool, dr
     assert re.fullmatch(pattern(expected), masked(result[1])), result[1]
     assert tree(work) == ["Temp/", "Temp/job/", "Temp/new.tmp"]
 
+
+# While the first run waits to print its -v log, longer than its output pipe
+# holds, a second run on the folder in another spelling ends at once,
+# touching and writing nothing; the first then ends as usual.
+def test_a_second_run_on_the_folder_ends_at_once_while_the_first_goes_on(tool, drive, work):
+    make_tree(work, ", ".join(f"{i:04d}_{'x' * 40}.tmp=o" for i in range(2000)))
+    first = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", drive.win(work)], stdin=subprocess.DEVNULL,
+                             stdout=subprocess.PIPE, env=wine_env())
+    folder = drive.win(work).lower().replace("\\", "/") + "/"
+    files = [work.parent / f"{work.name}.{kind}" for kind in ("log", "prom")]
+    try:
+        wait_for(lambda: pipe_is_full(first.stdout), "the first run to fill its output pipe")
+        make_tree(work, "late.tmp=o")
+        second = tool("-do", "0", folder, "-log", drive.win(files[0]), "-prom", drive.win(files[1]))
+    finally:
+        out = first.communicate(timeout=300)[0].decode("latin-1")
+    assert second == (6, BANNER + f"Error: another run on {folder} is still going!\n", "")
+    assert [file for file in files if file.exists()] == []
+    assert first.returncode == 0 and "  2000 files deleted" in out and tree(work) == ["late.tmp"]
