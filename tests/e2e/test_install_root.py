@@ -33,24 +33,18 @@ def outside(drive, suite):
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
     # Arguments are read in UTF-16, so a root below any folder name is found.
     (OUTSIDE, ("-kxRoot", "K:\\" + RENDER), {}, REACHED, 3),
+    # So is the executable's own path: started by its bare name, argv[0] holds no folder.
+    ("cmd", ("/c", "cd", "/d", f"K:\\{RENDER}\\bin\\win64", "&&", "kxDeleteOldFiles.exe"), {}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
     # value is logged; the message is printed as it stands, "%" signs included.
     (OUTSIDE, ("-kxRoot", "K:\\100%s", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
      message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%s\\K:\\suite\\bin\\win64\\: invalid]"
              "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]"
              "\n[KX_ROOT: Q:\\%USERNAME%\\kx\\: invalid]"), 1),
-], ids=["inside", "root flag", "installer variable", "cyrillic root flag", "outside"])
+], ids=["inside", "root flag", "installer variable", "cyrillic root flag", "cyrillic installation", "outside"])
 def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
     result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
     assert result == (code, out, "")
-
-
-# Started by its bare name from a command prompt, so that argv[0] holds no
-# folder, the executable finds an installation below any folder name from its
-# own path.
-def test_installation_below_a_cyrillic_folder_is_found_from_the_executable(outside, drive):
-    result = run_exe("cmd", "/c", "kxDeleteOldFiles.exe", *PROBE, cwd=drive.root / RENDER / "bin" / "win64")
-    assert result == (3, REACHED, "")
 
 
 def test_a_relink_file_held_open_stops_the_tool_with_the_typical_log(suite, drive):

@@ -66,12 +66,10 @@ ROWS = [
     # Options in any case, days in base 10.
     row("options", "new.txt=y, old.txt=o", "-DO 010 -V {w}", stays="new.txt"),
     # The limit is whole days in 64 bits: no value wraps round to delete a new file.
-    row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}", stays="new.txt"),
-    row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}", stays="new.txt"),
+    *(row(f"{days} days", "new.txt=n, y1901.txt=a", f"-do {days} {{w}}", stays="new.txt") for days in (24856, 1491309)),
     # Names print as they stand; each entry goes by its own name, whatever Win32 makes of it.
     row("blanks and percent", "100% fertig \u00e9t\u00e9/%d %s.txt=o", ("-do", "14", "{w}\\100% fertig \u00e9t\u00e9", "-v")),
     row("odd names", ODD, "-v -do 14 {w}", stays="old, sp, dir/b.txt"),
-    row("odd names dry run", ODD, "-v -do 14 {w} -DryRun"),
     row("outside latin-1", "\u041a\u044d\u0448/old.exr=o, \u041a\u044d\u0448/new.exr=y", "-do 14 {w}\\\u041a\u044d\u0448"),
     # Paths of over 3,300 units.
     row("deep tree", ", ".join([f"{DEEP}/young.txt=y", DEEP.replace("level", "other") + "/old.txt=o",
@@ -116,9 +114,8 @@ ROWS = [
     row("no match", STARS, "-do 14 {w}\\Users\\q*"),
     row("a*b", "x/ab/o.tmp=o, x/axb/o.tmp=o, x/abc/o.tmp=o", "-do 14 {w}\\x\\A*B", stays="x/abc/o.tmp"),
     row("missing base", STARS, "-do 14 {w}\\nonexist\\*\\Temp"),
-    row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp",
+    row("slashes", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp",
         stays="Users/alice/Documents/thesis.doc, shared/Temp/canary.tmp, Users/bob/AppData/Local"),
-    row("mixed separators", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp"),
     # -keep: whole names, any case, before age and links; never the cleaned folder or a "*" match.
     row("keep", KEPT, "-v -keep cache?.tmp -KEEP *.lic {w}\\tree -Keep shadercache -do 14 -keep v1.0.exr "
         "-keep [ab].txt -keep *link -keep frame.*",
@@ -138,8 +135,8 @@ ROWS = [
     row("missing folder", CANARY, "{w}\\absent -do 1", "Warning: directory {w}\\absent does not exist!\n"),
     row("file as folder", CANARY, "{w}\\old.txt -do 1", "Warning: directory {w}\\old.txt does not exist!\n"),
     row("-do last", CANARY, "{w} -v -do", "Error: -do needs a value!\n", 2),
-    row("-kxRoot last", CANARY, "{w} -do 14 -KXROOT", "Error: -KXROOT needs a value!\n", 2),
-    row("-loadstatus last", CANARY, "{w} -do 14 -loadstatus", "Error: -loadstatus needs a value!\n", 2),
+    *(row(f"{option} last", CANARY, f"{{w}} -do 14 {option}", f"Error: {option} needs a value!\n", 2)
+      for option in ("-KXROOT", "-loadstatus", "-keep")),
     *(row(f"-do {days}", CANARY, ("{w}", "-do", days), f"Error: Unable to convert {days} into a number!\n", 3)
       for days in ("abc", "\uff15", "+5", " 5")),
     # A forgotten value never swallows an option, -dryrun least of all.
@@ -173,10 +170,7 @@ ROWS = [
     row("-do7", CANARY, "{w} -do7 -verbose", "Error: Unknown option -do7!\n", 2),
     row("\u2013dryrun", CANARY, "\u2013dryrun {w} -do 14", "Error: Unknown option \u2013dryrun!\n", 2),
     row("--dryrun", CANARY, "--dryrun {w} -do abc", "Error: Unknown option --dryrun!\n", 2),
-    row("-n", CANARY, "-n {w} -do 14", "Error: Unknown option -n!\n", 2),
     row("/dryrun", CANARY, "/dryrun {w} -do 14", "Error: More than one folder given: /dryrun and {w}!\n", 2),
-    row("two folders", CANARY, "{w} -do 14 {w}\\sub", "Error: More than one folder given: {w} and {w}\\sub!\n", 2),
-    row("-keep last", CANARY, "{w} -do 14 -keep", "Error: -keep needs a value!\n", 2),
     row("-keep empty", CANARY, ("-keep", "", "{w}", "-do", "14"), BAD_KEEP % "", 2),
     row("-keep folder", CANARY, "-keep {w} -do 14", BAD_KEEP % "{w}", 2),
     row("-keep slash", CANARY, "{w} -do 14 -KEEP \u00e9t\u00e9/*", BAD_KEEP % "\u00e9t\u00e9/*", 2),
