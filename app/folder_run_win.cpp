@@ -86,10 +86,9 @@ void warnMissingFolder(const QString& folder)
     printText(fillIn("Warning: directory %1 does not exist!\n", folder));
 }
 
-// Only "file not found", "path not found" and a file where the folder should
-// be say that a folder is not there:
-// a share that is down, access denied or a folder held by another program is
-// a miss that monitoring must see.
+// Only "file not found", "path not found" and a file in the folder's place say
+// that a folder is not there: a share that is down, access denied or a folder
+// held by another program is a miss that monitoring must see.
 void reportUnreachedFolder(const QString& folder, std::uint32_t error, const FolderPass& pass)
 {
     if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND
