@@ -6,6 +6,8 @@
 #include "app/folder_name.h"
 #include "text/output.h"
 
+#include <algorithm>
+
 namespace {
 
 const char* const kBannerRule = ".----------------------------------------------------------------\n";
@@ -94,6 +96,36 @@ bool isToolOption(const QString& argument)
     return findRule(argument) != nullptr || isRootFlag(argument);
 }
 
+// Dashes that an editor's autocorrect or a chat puts where "-" was typed.
+bool isDash(QChar c)
+{
+    const char16_t unit = c.unicode();
+    return unit == u'-' || (unit >= u'\u2010' && unit <= u'\u2015') || unit == u'\u2212' || unit == u'\uFE58'
+           || unit == u'\uFE63' || unit == u'\uFF0D';
+}
+
+bool beginsWithDash(const QString& text)
+{
+    return !text.isEmpty() && isDash(text.at(0));
+}
+
+// A value that begins with another dash than "-" is refused whatever follows:
+// "-keep -dryrun" with an en dash would otherwise keep a pattern and delete
+// for real.
+bool isMissingValue(const QString& value)
+{
+    return isToolOption(value) || (beginsWithDash(value) && !value.startsWith(QLatin1Char('-')));
+}
+
+// Digits in other scripts, blanks and a plus sign are numbers to Qt, never to
+// an admin's script.
+bool isAsciiInteger(const QString& value)
+{
+    const QString digits = value.startsWith(QLatin1Char('-')) ? value.mid(1) : value;
+    return !digits.isEmpty()
+           && std::all_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
 int fail(const char* format, const QString& value, int code)
 {
     printText(fillIn(format, value));
@@ -110,7 +142,7 @@ int readDaysOld(const QString& value, RunOptions& options)
 {
     bool converted = false;
     options.daysOld = value.toInt(&converted, 10);
-    if (!converted)
+    if (!converted || !isAsciiInteger(value))
         return fail("Error: Unable to convert %1 into a number!\n", value, kExitBadDaysOld);
     // A stray minus would make every file old enough, those dated in the
     // future included.
@@ -201,7 +233,7 @@ int checkFreeSpaceOptions(const RunOptions& options)
 // Any other argument that begins with "-" is a typo, never the directory.
 int readFolder(const QString& argument, RunOptions& options)
 {
-    if (argument.startsWith(QLatin1Char('-')))
+    if (beginsWithDash(argument))
         return fail("Error: Unknown option %1!\n", argument, kExitBadOption);
     if (options.hasDirectory) {
         printText(fillIn("Error: More than one folder given: %1 and %2!\n", options.directory, argument));
@@ -213,8 +245,9 @@ int readFolder(const QString& argument, RunOptions& options)
 }
 
 // -minage goes with -minfree. The folder as the command line gives it can
-// only name a folder: a quoting slip or a guessed wildcard ends the run before
-// anything is touched.
+// only name a folder, from a drive's or a share's root: a quoting slip or a
+// folder that the current folder would complete ends the run before anything
+// is touched.
 int checkOptions(const RunOptions& options)
 {
     if (!options.minAgeText.isEmpty() && !options.hasFreeGoal)
@@ -225,10 +258,10 @@ int checkOptions(const RunOptions& options)
     }
     if (!canBeFolderName(options.directory))
         return fail("Error: '%1' cannot be a folder name!\n", options.directory, kExitBadOption);
-    if (options.directory.contains(QLatin1Char('*')) && !isFullPath(options.directory)) {
-        printText(QStringLiteral("Error: a folder with a * must be a full path, such as D:\\cache\\*\\tmp!\n"));
-        return kExitBadOption;
-    }
+    if (!isFullPath(options.directory))
+        return fail("Error: the folder %1 is not a full path, and a scheduled task's current folder is "
+                    "C:\\Windows\\System32!\n",
+                    options.directory, kExitBadOption);
     return kExitOk;
 }
 
@@ -265,7 +298,7 @@ int readOptions(const QStringList& arguments, RunOptions& options)
             readSwitch(argument, options);
             continue;
         }
-        if (i + 1 == arguments.size() || isToolOption(arguments.at(i + 1)))
+        if (i + 1 == arguments.size() || isMissingValue(arguments.at(i + 1)))
             return fail("Error: %1 needs a value!\n", argument, kExitBadOption);
         const int code = readValue(argument, arguments.at(++i), options);
         if (code != kExitOk)

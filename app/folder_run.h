@@ -29,6 +29,9 @@ struct RunTotals {
     bool hasGoal = false;
     std::uint64_t goalBytes = 0;
     bool goalMet = false;
+    // A named folder, a wildcard base or a match was there but could not be
+    // read, so the run did not clean all it was asked to.
+    bool folderUnread = false;
 };
 
 // One pass over the folders the folder argument names. The age run reports
@@ -67,6 +70,11 @@ bool runFolder(const QString& folder, const FolderPass& pass);
 
 // The warning for a folder to clean that is not there.
 void warnMissingFolder(const QString& folder);
+
+// A folder to clean, or to look for matches in, that could not be reached for
+// error: its warning when the error says it is not there, its error line
+// otherwise, which leaves the run incomplete.
+void reportUnreachedFolder(const QString& folder, std::uint32_t error, const FolderPass& pass);
 
 // The folder run on a folder already reached, held or not; the run takes the
 // hold over. A hold that holds nothing is reported as a folder that could not

@@ -1,5 +1,6 @@
 #include "app/folder_run.h"
 
+#include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
 #include "sweep/listing_rules.h"
@@ -73,9 +74,9 @@ QString freeSpaceText(const QString& folder, RunTotals* totals)
 
 bool runFolder(const QString& folder, const FolderPass& pass)
 {
-    if (!folderExists(folder)) {
-        if (pass.warns())
-            warnMissingFolder(folder);
+    std::uint32_t error = ERROR_SUCCESS;
+    if (!folderExists(folder, error)) {
+        reportUnreachedFolder(folder, error, pass);
         return false;
     }
     runReachedFolder(folder, holdNamedFolder(folder), pass);
@@ -87,6 +88,23 @@ void warnMissingFolder(const QString& folder)
     printText(fillIn("Warning: directory %1 does not exist!\n", folder));
 }
 
+// Only "file not found", "path not found" and a file in the folder's place say
+// that a folder is not there: a share that is down, access denied or a folder
+// held by another program is a miss that monitoring must see.
+void reportUnreachedFolder(const QString& folder, std::uint32_t error, const FolderPass& pass)
+{
+    if (error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND
+        || error == ERROR_DIRECTORY) {
+        if (pass.warns())
+            warnMissingFolder(folder);
+        return;
+    }
+    if (pass.totals != nullptr)
+        pass.totals->folderUnread = true;
+    if (pass.warns())
+        printText(fillIn("Error: directory %1 cannot be read:%2\n", folder, toQString(systemErrorText(error))));
+}
+
 void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& pass)
 {
     if (pass.kind == PassKind::Locate) {
@@ -95,6 +113,8 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
     }
     if (!pass.onVolume.isEmpty() && volumeKey(folder).compare(pass.onVolume, Qt::CaseInsensitive) != 0)
         return;
+    if (!hold.isHeld() && pass.totals != nullptr)
+        pass.totals->folderUnread = true;
     const SweepSettings settings = settingsFor(pass);
     if (pass.kind == PassKind::Scan) {
         SweepOutputs collect;

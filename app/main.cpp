@@ -3,6 +3,7 @@
 #include "app/free_space.h"
 #include "app/log_file.h"
 #include "app/metrics.h"
+#include "app/run_lock.h"
 #include "app/startup_check.h"
 #include "app/wildcard.h"
 #include "sweep/file_ops.h"
@@ -75,15 +76,23 @@ int wmain(int argc, wchar_t* argv[])
     const int optionsExit = readOptions(arguments, options);
     if (optionsExit != kExitOk)
         return optionsExit;
-    // A check writes nothing, so neither the log nor the metrics are opened.
+    // A check writes nothing, so neither the log nor the metrics are opened,
+    // and it may run beside a cleanup.
     if (!options.hasLogFile || options.check)
         forgoLog();
     if (options.check)
         return checkFreeSpaceGoal(options);
+    if (!lockFolderRuns(options.directory)) {
+        printText(fillIn("Error: another run on %1 is still going!\n", options.directory));
+        return kExitAlreadyRunning;
+    }
     if (!promFolderExists(options) || (options.hasLogFile && !openLogFile(options.logFile)))
         return kExitBadOption;
     RunTotals totals;
     int code = cleanFolders(options, totals);
+    // A folder there but unread was not cleaned; 5 wins over 4.
+    if (totals.folderUnread)
+        code = kExitIncomplete;
     // A report or figures that never reached their file leave the run
     // incomplete; the metrics carry that code when the log is what failed.
     if (logWriteFailed())

@@ -2,6 +2,7 @@
 
 #include "app/folder_run.h"
 #include "sweep/dir_listing_win.h"
+#include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
 #include "sweep/keep_pattern.h"
 #include "text/output.h"
@@ -67,13 +68,14 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
 
 // A folder on the way that is there but cannot be held, for example one that
 // another program holds open without sharing, is reported by the run it was on
-// the way to, since nothing below it was examined; below a later "*" it
-// matches nothing.
-void runBlockedFolder(FolderHold hold, const QString& concrete, Expansion& expansion)
+// the way to, since nothing below it was examined; below a later "*" it is
+// reported itself.
+void runBlockedFolder(FolderHold hold, const QString& path, const QString& concrete, Expansion& expansion)
 {
     if (concrete.isEmpty())
-        return;
-    runReachedFolder(concrete, std::move(hold), expansion.pass);
+        reportUnreachedFolder(path, hold.error, expansion.pass);
+    else
+        runReachedFolder(concrete, std::move(hold), expansion.pass);
     ++expansion.reported;
 }
 
@@ -85,7 +87,7 @@ void runBlockedFolder(FolderHold hold, const QString& concrete, Expansion& expan
 void follow(FolderHold reached, QString path, const QStringList& names, qsizetype next, Expansion& expansion)
 {
     if (!reached.isHeld()) {
-        runBlockedFolder(std::move(reached), concretePath(path, names, next), expansion);
+        runBlockedFolder(std::move(reached), path, concretePath(path, names, next), expansion);
         return;
     }
     std::vector<FolderHold> above;
@@ -116,7 +118,7 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
             return;
         }
         if (!inner.isHeld()) {
-            runBlockedFolder(std::move(inner), concrete, expansion);
+            runBlockedFolder(std::move(inner), path, concrete, expansion);
             return;
         }
         above.push_back(std::move(reached));
@@ -135,7 +137,11 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
     const bool atVolumeRoot = isVolumeRoot(basePath);
     DirListing* listing = nullptr;
     listing::create(listing);
-    listing::open(listing, base.handle(), basePath);
+    const DWORD error = listing::open(listing, base.handle(), basePath);
+    if (error != ERROR_SUCCESS) {
+        reportUnreachedFolder(basePath.chopped(1), error, expansion.pass);
+        ++expansion.reported;
+    }
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
         if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesKeepPattern(name, pattern)
@@ -166,18 +172,17 @@ void expandWildcardFolders(QString path, const FolderPass& pass)
     // mistyped separator never turns the rest of the path into a name filter.
     path.replace(QLatin1Char('/'), kBackslash);
     const WildcardParts parts = splitAtFirstWildcard(path);
-    const FolderHold base = holdNamedFolder(parts.base);
-    if (base.isMissing) {
-        if (pass.warns())
-            warnMissingFolder(parts.base.chopped(1));
+    std::uint32_t error = ERROR_SUCCESS;
+    const FolderHold base = folderExists(parts.base, error) ? holdNamedFolder(parts.base) : FolderHold();
+    if (!base.isHeld()) {
+        reportUnreachedFolder(parts.base.chopped(1), error == ERROR_SUCCESS ? base.error : error, pass);
         return;
     }
     Expansion expansion{pass};
     // The rest begins with a backslash, so its first name is empty.
     QStringList names = parts.rest.split(kBackslash);
     names.removeFirst();
-    if (base.isHeld())
-        expandIn(base, parts.base, parts.nameStart + kStar + parts.nameEnd, names, 0, expansion);
+    expandIn(base, parts.base, parts.nameStart + kStar + parts.nameEnd, names, 0, expansion);
     if (expansion.reported == 0 && pass.warns())
         printText(fillIn("\nWarning: no folder matches '%1'!\n", given));
 }

@@ -5,10 +5,10 @@
 
 #include <QString>
 
-// The folder of the running executable with a trailing backslash. argv0 stands
-// in only when the module's own file name cannot be obtained. False when the
-// result is empty.
-bool appFolder(const char* argv0, FixedNarrowString250& folder);
+// The folder of the running executable with a trailing backslash, in UTF-16
+// and of any length. argv0 stands in only when the module's own file name
+// cannot be obtained. False when the result is empty.
+bool appFolder(const char* argv0, QString& folder);
 
 // One folder up, keeping the trailing backslash; drive and share roots stay.
 FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path);

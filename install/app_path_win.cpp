@@ -8,8 +8,27 @@
 
 namespace {
 
-constexpr DWORD kModuleNameBufferSize = 250;
+// The first try holds any classic path; the longest a path can be is the limit.
+constexpr DWORD kFirstModuleNameUnits = MAX_PATH;
+constexpr DWORD kLongestPathUnits = 32768;
 constexpr DWORD kCurrentDirectoryBufferSize = 249;
+
+// The executable's own path, however long and in whatever script; empty when
+// the system cannot say. A name cut to the buffer fills it whole.
+QString modulePath()
+{
+    std::vector<wchar_t> buffer(kFirstModuleNameUnits);
+    for (;;) {
+        const DWORD count = GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
+        if (count == 0)
+            return QString();
+        if (count < buffer.size())
+            return QString::fromWCharArray(buffer.data(), count);
+        if (buffer.size() >= kLongestPathUnits)
+            return QString();
+        buffer.resize(buffer.size() * 2);
+    }
+}
 
 FixedNarrowString250 currentDirectory()
 {
@@ -83,18 +102,23 @@ bool readVariable(const QString& name, QString& value)
 
 } // namespace
 
-bool appFolder(const char* argv0, FixedNarrowString250& folder)
+bool appFolder(const char* argv0, QString& folder)
 {
-    folder.clear();
-    const DWORD count = GetModuleFileNameA(nullptr, folder.value, kModuleNameBufferSize);
-    folder.setLength(std::int16_t(count));
-    if (folder.isEmpty() && argv0 != nullptr) {
+    const QString path = modulePath();
+    if (!path.isEmpty()) {
+        folder = path.left(path.lastIndexOf(QLatin1Char('\\')) + 1);
+        return !folder.isEmpty();
+    }
+    FixedNarrowString250 fromArgv0;
+    if (argv0 != nullptr) {
         FixedNarrowString250 directory;
         if (argv0NeedsCurrentDirectory(argv0))
             directory = currentDirectory();
-        folder = executablePathFromArgv0(argv0, directory);
+        fromArgv0 = executablePathFromArgv0(argv0, directory);
     }
-    return toExecutableFolder(folder);
+    const bool found = toExecutableFolder(fromArgv0);
+    folder = toQString(fromArgv0);
+    return found;
 }
 
 QString getEnv(const QString& name)

@@ -16,10 +16,8 @@ void buildInstallLayout(InstallPaths& paths, const QStringList& arguments, bool 
         sources.renderAppsOverride = toQString(renderAppsOverrideFolder(renderAppsOverride));
 
     if (!arguments.isEmpty()) {
-        FixedNarrowString250 folder;
-        appFolder(arguments.first().toLatin1().constData(), folder);
+        appFolder(arguments.first().toLatin1().constData(), sources.appFolder);
         sources.hasAppFolder = true;
-        sources.appFolder = toQString(folder);
     }
 
     const DWORD drives = GetLogicalDrives();

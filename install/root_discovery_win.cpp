@@ -34,12 +34,13 @@ QString programName(const QStringList& arguments)
 // Two folders above the executable's folder: X:\suite\bin\win64\ gives X:\suite\.
 QString applicationCandidate(const QStringList& arguments)
 {
-    FixedNarrowString250 folder;
-    // The application path is 8-bit text, as the platform's ANSI calls give it.
+    QString folder;
+    // Only the fallback, when the system cannot name the executable, reads
+    // argv0 as 8-bit text.
     const QByteArray argv0 = programName(arguments).toLatin1();
     appFolder(arguments.isEmpty() ? nullptr : argv0.constData(), folder);
     const QChar sep = kRootSeparator.at(0);
-    return parentFolder(parentFolder(normalizePath(toQString(folder)), sep), sep);
+    return parentFolder(parentFolder(normalizePath(folder), sep), sep);
 }
 
 // The same from argv[0] as given; silent, and only a valid root is kept.

@@ -35,6 +35,9 @@ QString folderOfPath(QString path);
 
 bool fileExists(const QString& path);
 bool folderExists(QString path);
+// The same, with why it is not there: the system's error, or ERROR_SUCCESS
+// when something other than a folder is.
+bool folderExists(QString path, std::uint32_t& error);
 
 // The text with a full stop at its end, never two.
 QString withFullStop(const QString& text);

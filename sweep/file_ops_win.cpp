@@ -41,6 +41,13 @@ bool fileExists(const QString& path)
 
 bool folderExists(QString path)
 {
+    std::uint32_t error = ERROR_SUCCESS;
+    return folderExists(path, error);
+}
+
+bool folderExists(QString path, std::uint32_t& error)
+{
+    error = ERROR_SUCCESS;
     // C: alone never counts: it names the current folder of drive C.
     if (path.size() < 3)
         return false;
@@ -48,6 +55,8 @@ bool folderExists(QString path)
     if (path.endsWith(QLatin1Char('\\')))
         path.chop(1);
     const DWORD attributes = GetFileAttributesW(asWide(platformPath(path).utf16()));
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        error = GetLastError();
     return attributes != INVALID_FILE_ATTRIBUTES && isFolderAttribute(attributes);
 }
 

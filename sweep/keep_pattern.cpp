@@ -8,10 +8,11 @@ constexpr char32_t kAnyRun = U'*';
 constexpr char32_t kAnyOne = U'?';
 
 // Whole code points, so "?" stands for a character outside the BMP too, each
-// folded as QString's case-insensitive compare folds it.
+// folded as QString's case-insensitive compare folds it. Names are composed
+// first: a Mac writes "e" and a combining accent where Windows writes "é".
 QList<uint> foldedCodePoints(const QString& text)
 {
-    QList<uint> codePoints = text.toUcs4();
+    QList<uint> codePoints = text.normalized(QString::NormalizationForm_C).toUcs4();
     for (uint& codePoint : codePoints)
         codePoint = QChar::toCaseFolded(char32_t(codePoint));
     return codePoints;

@@ -8,8 +8,8 @@
 // separator.
 bool isKeepPattern(const QString& pattern);
 
-// True when pattern matches the whole name, ignoring case as QString's
-// case-insensitive compare does: "*" stands for any run of characters, none
+// True when pattern matches the whole name, both composed (form C), ignoring
+// case as QString's case-insensitive compare does: "*" stands for any run of characters, none
 // included, "?" for exactly one, and every other character for itself.
 bool matchesKeepPattern(const QString& name, const QString& pattern);
 

@@ -169,8 +169,8 @@ class Model:
     the run: which files are old, the counts, the -v log in the order the file
     system lists (names compared upper-cased), the wildcard's matches and warnings."""
 
-    def __init__(self, drive, args, held=(), cwd=None):
-        self.drive, self.args, self.cwd, self.held, self.now = drive, args, cwd, {Path(p) for p in held}, time.time()
+    def __init__(self, drive, args, held=()):
+        self.drive, self.args, self.held, self.now = drive, args, {Path(p) for p in held}, time.time()
         self.days, self.verbose, self.dry, self.keep, self.folder, self.removed, self.first = 14, False, False, [], "", set(), True
         self.newest = False
 
@@ -192,10 +192,8 @@ class Model:
                 self.folder = arg
 
     def local(self, folder: str) -> Path:
-        """The folder on this side of Wine: K: paths below the drive, others below cwd."""
-        if folder[:3].upper() == "K:\\":
-            return self.drive.root / folder[3:].replace("\\", "/")
-        return Path(os.path.normpath(self.cwd / folder.replace("\\", "/")))
+        """The folder on this side of Wine, below K:."""
+        return self.drive.root / folder[3:].replace("\\", "/")
 
     def out(self) -> str:
         self.read_options()
@@ -207,6 +205,8 @@ class Model:
         base, component, *names = re.match(r"(.*?\\)([^\\]*\*[^\\]*)(.*)", self.folder.replace("/", "\\")).groups()
         if not self.local(base).is_dir():
             return search + f"Warning: directory {base[:-1]} does not exist!\n"
+        if self.local(base) in self.held:
+            return search + f"Error: directory {base[:-1]} cannot be read:Error 32: {MESSAGE}\n"
         runs = self.expand(base, self.local(base), component, names[0].split("\\")[1:])
         return search + (runs or f"\nWarning: no folder matches '{self.folder}'!\n")
 
@@ -309,7 +309,7 @@ def pattern(expected: str) -> str:
 def expect_run(tool, drive, work, args, out=None, code=0, held=(), cwd=None, env=None):
     """Runs the tool with held paths held open, and checks its exact output and exit code, and that
     what is left below work is what the model derives, each file that stays unchanged."""
-    model = Model(drive, args, held, cwd)
+    model = Model(drive, args, held)
     before = snapshot(work)
     # The tool prints Latin-1, with "?" for what it cannot show.
     expected = BANNER + (model.out() if out is None else out).encode("latin-1", "replace").decode("latin-1")

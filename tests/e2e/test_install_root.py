@@ -9,6 +9,7 @@ import pytest
 from conftest import BANNER, EXE, STAGE, held_open, run_exe, wine_env
 
 OUTSIDE = "K:\\outside\\a\\b\\kxDeleteOldFiles.exe"
+RENDER = "\u0420\u0435\u043d\u0434\u0435\u0440"
 PROBE = ("C:\\temp", "-do", "abc")
 REACHED = BANNER + "Error: Unable to convert abc into a number!\n"
 
@@ -22,7 +23,8 @@ def message(exe, flag_value, root_log):
 def outside(drive, suite):
     """The staged exe in no installation, and the sample installation beside it."""
     shutil.copytree(STAGE, drive.root / "outside" / "a" / "b")
-    (drive.root / "\u0420\u0435\u043d\u0434\u0435\u0440" / "sub" / "cfg_global").mkdir(parents=True)
+    (drive.root / RENDER / "sub" / "cfg_global").mkdir(parents=True)
+    shutil.copytree(STAGE, drive.root / RENDER / "bin" / "win64")
 
 
 @pytest.mark.parametrize("exe, args, env, out, code", [
@@ -30,14 +32,16 @@ def outside(drive, suite):
     (OUTSIDE, ("-kxRoot", "K:\\suite"), {}, REACHED, 3),
     (OUTSIDE, (), {"KX_ROOT_INSTALLER": "K:\\suite\r"}, REACHED, 3),
     # Arguments are read in UTF-16, so a root below any folder name is found.
-    (OUTSIDE, ("-kxRoot", "K:\\\u0420\u0435\u043d\u0434\u0435\u0440"), {}, REACHED, 3),
+    (OUTSIDE, ("-kxRoot", "K:\\" + RENDER), {}, REACHED, 3),
+    # So is the executable's own path: started by its bare name, argv[0] holds no folder.
+    ("cmd", ("/c", "cd", "/d", f"K:\\{RENDER}\\bin\\win64", "&&", "kxDeleteOldFiles.exe"), {}, REACHED, 3),
     # The last flag wins and is not cut back to the folder above "bin"; every
     # value is logged; the message is printed as it stands, "%" signs included.
     (OUTSIDE, ("-kxRoot", "K:\\100%s", "-kxroot", "K:\\suite\\bin\\win64"), {"KX_ROOT": "Q:\\%USERNAME%\\kx"},
      message(OUTSIDE, "K:\\suite\\bin\\win64\\", "\n[-kxRoot flag: K:\\100%s\\K:\\suite\\bin\\win64\\: invalid]"
              "\n[KX_ROOT_INSTALLER: : invalid]\n[appPath: K:\\outside\\: invalid]"
              "\n[KX_ROOT: Q:\\%USERNAME%\\kx\\: invalid]"), 1),
-], ids=["inside", "root flag", "installer variable", "cyrillic root flag", "outside"])
+], ids=["inside", "root flag", "installer variable", "cyrillic root flag", "cyrillic installation", "outside"])
 def test_only_a_found_root_lets_the_options_be_reached(outside, exe, args, env, out, code):
     result = run_exe(exe, *args, *PROBE, env={**wine_env(), **env})
     assert result == (code, out, "")

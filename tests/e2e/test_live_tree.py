@@ -1,5 +1,5 @@
 """Runs that need their own choreography: the clock at the limit, a tree that
-changes or is renamed while it is swept, and long relative paths."""
+changes or is renamed while it is swept, and a second run beside the first."""
 
 import fcntl
 import os
@@ -12,7 +12,7 @@ import time
 
 import pytest
 
-from conftest import (BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, expect_run, held_open, make_tree, masked,
+from conftest import (BANNER, DAY, EXE, MESSAGE, TEST_TOOLS, WINE_RUN, Model, held_open, make_tree, masked,
                       pattern, tree, wait_for, wine_env)
 
 # fcntl's request for a pipe's capacity, which Python names from 3.10 on.
@@ -59,13 +59,18 @@ def pipe_is_full(pipe):
 # the holds share deletion. The tries fall while the run waits to print
 # alice's report, longer than its output pipe holds, below alice and before
 # bob's turn. Wine, unlike Windows, renames a folder while files below it are
-# being deleted, and loses those deletions, so the run must stand still.
-def test_folders_from_the_match_down_can_be_renamed_and_back_while_the_run_is_below_them(suite, drive, work):
+# being deleted, and loses those deletions, so the run must stand still. Then a
+# second run on the folder, spelt otherwise, ends at once, deleting and writing
+# nothing, though it would delete every file.
+def test_folders_from_the_match_down_can_be_renamed_and_back_and_a_second_run_waits_while_the_run_is_below_them(
+        tool, drive, work):
     temp = work / "Users" / "alice" / "AppData" / "Local" / "Temp"
     make_tree(temp, ", ".join(f"{i:04d}_{'x' * 40}.tmp=o" for i in range(2000)) + ", z_new.tmp=y")
     make_tree(work, "Users/bob/AppData/Local/Temp/old.tmp=o")
-    run = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp"],
-                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, env=wine_env())
+    stars = drive.win(work / "Users") + "\\*\\AppData\\Local\\Temp"
+    spelt = stars.upper().replace("\\", "/")
+    run = subprocess.Popen([str(WINE_RUN), EXE, "-v", "-do", "14", stars], stdin=subprocess.DEVNULL,
+                           stdout=subprocess.PIPE, env=wine_env())
     try:
         wait_for(lambda: pipe_is_full(run.stdout), "the run to fill its output pipe")
         held = [temp.parent.parent.parent, temp.parent.parent, temp.parent, temp]
@@ -73,12 +78,15 @@ def test_folders_from_the_match_down_can_be_renamed_and_back_while_the_run_is_be
             [str(WINE_RUN), str(TEST_TOOLS / "kxRenameWhenGone.exe"), "-",
              drive.win(work / "Users/bob/AppData/Local/Temp/old.tmp"), *(drive.win(folder) for folder in held)],
             stdin=subprocess.DEVNULL, capture_output=True, env=wine_env(), timeout=120).stdout.decode().splitlines()
+        second = tool("-do", "0", spelt, "-log", drive.win(work / "second.log"))
     finally:
         out = run.communicate(timeout=300)[0].decode("latin-1")
     # Entered as a rename's target and as a current folder, not removed while
     # it holds files (145), renamed and renamed back, all before bob's turn.
     assert tries == ["ready"] + ["0 0 145 0 0"] * len(held) + ["during"]
     assert run.returncode == 0 and out.count(" files deleted") == 2 and "Errors:" not in out
+    assert second == (6, BANNER + f"Error: another run on {spelt} is still going!\n", "")
+    assert not (work / "second.log").exists()
     assert tree(work / "Users") == ["alice/", "alice/AppData/", "alice/AppData/Local/", "alice/AppData/Local/Temp/",
                                     "alice/AppData/Local/Temp/z_new.tmp", "bob/", "bob/AppData/", "bob/AppData/Local/",
                                     "bob/AppData/Local/Temp/"]
@@ -95,12 +103,3 @@ def test_folder_a_program_stands_in_is_cleaned_and_its_removal_reported(tool, dr
     assert re.fullmatch(pattern(expected), masked(result[1])), result[1]
     assert tree(work) == ["Temp/", "Temp/job/", "Temp/new.tmp"]
 
-
-# A long relative path, named or reached, is made absolute before it gets the
-# long-path prefix, and the free space is read from its real drive.
-def test_relative_folder_cleans_long_paths(tool, drive, work):
-    deep = "data/" + "/".join("relative_component_%02d" % i for i in range(14))
-    make_tree(work, f"{deep}/old.txt=o, {deep}/new.txt=y, data/x/old.txt=o, {deep}/y/old.txt=o")
-    assert len(deep) > 240
-    for folder in (deep.replace("/", "\\") + "\\y", "x\\..\\data", ".\\data", "data"):
-        expect_run(tool, drive, work, ["-do", "14", folder], cwd=work)

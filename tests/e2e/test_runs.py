@@ -75,12 +75,10 @@ ROWS = [
     # Options in any case, days in base 10.
     row("options", "new.txt=y, old.txt=o", "-DO 010 -V {w}", stays="new.txt"),
     # The limit is whole days in 64 bits: no value wraps round to delete a new file.
-    row("24856 days", "new.txt=n, y1901.txt=a", "-do 24856 {w}", stays="new.txt"),
-    row("1491309 days", "new.txt=n, y1901.txt=a", "-do 1491309 {w}", stays="new.txt"),
+    *(row(f"{days} days", "new.txt=n, y1901.txt=a", f"-do {days} {{w}}", stays="new.txt") for days in (24856, 1491309)),
     # Names print as they stand; each entry goes by its own name, whatever Win32 makes of it.
     row("blanks and percent", "100% fertig \u00e9t\u00e9/%d %s.txt=o", ("-do", "14", "{w}\\100% fertig \u00e9t\u00e9", "-v")),
     row("odd names", ODD, "-v -do 14 {w}", stays="old, sp, dir/b.txt"),
-    row("odd names dry run", ODD, "-v -do 14 {w} -DryRun"),
     row("outside latin-1", "\u041a\u044d\u0448/old.exr=o, \u041a\u044d\u0448/new.exr=y", "-do 14 {w}\\\u041a\u044d\u0448"),
     # Paths of over 3,300 units.
     row("deep tree", ", ".join([f"{DEEP}/young.txt=y", DEEP.replace("level", "other") + "/old.txt=o",
@@ -92,10 +90,14 @@ ROWS = [
     row("held hard links", "outside/free.txt=or, outside/held.txt=or, tree/plain.txt=o, "
         "tree/free.lnk=>outside/free.txt, tree/held.lnk=>outside/held.txt", "-do 14 {w}\\tree", held="tree/held.lnk",
         stays="outside/free.txt, outside/held.txt, tree/held.lnk"),
-    # A folder that cannot be read is reported and kept: named, below it, or matched (in its run).
-    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", held="named", stays="named/a.tmp"),
+    # A folder that cannot be read is reported and kept: named, below it, matched (in its run), or a
+    # wildcard's base; only what was below the named folder leaves the run complete.
+    row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", code=5, held="named", stays="named/a.tmp"),
     row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held", stays="tree/held/c.tmp"),
-    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", held="users/bob", stays="users/bob/Temp/d.tmp"),
+    row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5,
+        held="users/bob", stays="users/bob/Temp/d.tmp"),
+    row("held base", "users/bob/Temp/d.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5, held="users",
+        stays="users/bob/Temp/d.tmp"),
     # Links below the named folder are kept and never entered; those the command line names are followed.
     row("link in the tree", "tree/a.old=o, tree/sub/b.old=o, library/canary.old=o, tree/cache->library",
         "-do 14 -v {w}\\tree", stays="library/canary.old, tree/cache"),
@@ -121,9 +123,8 @@ ROWS = [
     row("no match", STARS, "-do 14 {w}\\Users\\q*"),
     row("a*b", "x/ab/o.tmp=o, x/axb/o.tmp=o, x/abc/o.tmp=o", "-do 14 {w}\\x\\A*B", stays="x/abc/o.tmp"),
     row("missing base", STARS, "-do 14 {w}\\nonexist\\*\\Temp"),
-    row("slashes", SLASHED, "-do 14 {w}\\Users\\*/AppData/Local/Temp",
+    row("slashes", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp",
         stays="Users/alice/Documents/thesis.doc, shared/Temp/canary.tmp, Users/bob/AppData/Local"),
-    row("mixed separators", SLASHED, "-do 14 {w}/Users/*/AppData\\Local/Temp"),
     # -keep: whole names, any case, before age and links; never the cleaned folder or a "*" match.
     row("keep", KEPT, "-v -keep cache?.tmp -KEEP *.lic {w}\\tree -Keep shadercache -do 14 -keep v1.0.exr "
         "-keep [ab].txt -keep *link -keep frame.*",
@@ -143,12 +144,16 @@ ROWS = [
     row("missing folder", CANARY, "{w}\\absent -do 1", "Warning: directory {w}\\absent does not exist!\n"),
     row("file as folder", CANARY, "{w}\\old.txt -do 1", "Warning: directory {w}\\old.txt does not exist!\n"),
     row("-do last", CANARY, "{w} -v -do", "Error: -do needs a value!\n", 2),
-    row("-kxRoot last", CANARY, "{w} -do 14 -KXROOT", "Error: -KXROOT needs a value!\n", 2),
-    row("-loadstatus last", CANARY, "{w} -do 14 -loadstatus", "Error: -loadstatus needs a value!\n", 2),
-    row("-do text", CANARY, "{w} -do abc", "Error: Unable to convert abc into a number!\n", 3),
+    *(row(f"{option} last", CANARY, f"{{w}} -do 14 {option}", f"Error: {option} needs a value!\n", 2)
+      for option in ("-KXROOT", "-loadstatus", "-keep")),
+    *(row(f"-do {days}", CANARY, ("{w}", "-do", days), f"Error: Unable to convert {days} into a number!\n", 3)
+      for days in ("abc", "\uff15", "+5", " 5")),
     # A forgotten value never swallows an option, -dryrun least of all.
     *(row(f"{option} -dryrun", CANARY, f"{{w}} -do 14 {option} -dryrun", f"Error: {option} needs a value!\n", 2)
       for option in ("-keep", "-kxRoot", "-LOADSTATUS", "-log", "-age")),
+    # Nor does a value that an editor's autocorrect began with another dash.
+    *(row(f"-keep {dash}dryrun", CANARY, f"{{w}} -do 14 -keep {dash}dryrun", "Error: -keep needs a value!\n", 2)
+      for dash in "\u2010\u2013\u2212\ufe63\uff0d"),
     row("-do -dryrun", CANARY, "-do -dryrun {w}", "Error: -do needs a value!\n", 2),
     row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
     row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
@@ -180,16 +185,15 @@ ROWS = [
     # The classic quoting slip: \" is a quote, and the rest of the line joins the folder.
     row("quoting slip", CANARY, ("-do", "14", '{w}\\render cache\\*" -dryrun -v'),
         "Error: '{w}\\render cache\\*\" -dryrun -v' cannot be a folder name!\n", 2),
-    # A relative wildcard is never guessed at, whatever the current folder holds.
+    # A relative folder is never completed from the current folder, whatever it holds.
     *(row(f"relative {folder}", CANARY + ", shot/x/cache/a.tmp=o, shot01/cache/a.tmp=o", f"-do 14 {folder}",
-          "Error: a folder with a * must be a full path, such as D:\\cache\\*\\tmp!\n", 2, here=True)
-      for folder in ("shot*\\cache", ".\\shot*", "\\shot*", "*", "K:shot*")),
+          f"Error: the folder {folder} is not a full path, and a scheduled task's current folder is "
+          "C:\\Windows\\System32!\n", 2, here=True)
+      for folder in ("shot*\\cache", "\\shot*", "*", "K:shot*", "shot01\\cache", ".", "\\")),
     row("-do7", CANARY, "{w} -do7 -verbose", "Error: Unknown option -do7!\n", 2),
+    row("\u2013dryrun", CANARY, "\u2013dryrun {w} -do 14", "Error: Unknown option \u2013dryrun!\n", 2),
     row("--dryrun", CANARY, "--dryrun {w} -do abc", "Error: Unknown option --dryrun!\n", 2),
-    row("-n", CANARY, "-n {w} -do 14", "Error: Unknown option -n!\n", 2),
     row("/dryrun", CANARY, "/dryrun {w} -do 14", "Error: More than one folder given: /dryrun and {w}!\n", 2),
-    row("two folders", CANARY, "{w} -do 14 {w}\\sub", "Error: More than one folder given: {w} and {w}\\sub!\n", 2),
-    row("-keep last", CANARY, "{w} -do 14 -keep", "Error: -keep needs a value!\n", 2),
     row("-keep empty", CANARY, ("-keep", "", "{w}", "-do", "14"), BAD_KEEP % "", 2),
     row("-keep folder", CANARY, "-keep {w} -do 14", BAD_KEEP % "{w}", 2),
     row("-keep slash", CANARY, "{w} -do 14 -KEEP \u00e9t\u00e9/*", BAD_KEEP % "\u00e9t\u00e9/*", 2),

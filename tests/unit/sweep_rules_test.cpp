@@ -181,6 +181,9 @@ TEST(KeepPattern, MatchesTheWholeNameIgnoringCase)
         {u"\u00C4PFEL.LIC", u"\u00E4pfel.lic", true},
         {u"\u017Fhader", u"Shader", true},
         {u"\U00010400.txt", u"\U00010428.TXT", true},
+        // A composed and a decomposed spelling are one name; "?" is one letter of either.
+        {u"Re\u0301sume\u0301.lic", u"r\u00E9sum\u00E9*", true},
+        {u"R\u00E9sum\u00E9.lic", u"re\u0301sum?.LIC", true},
     };
     for (const auto& c : cases)
         EXPECT_EQ(matchesKeepPattern(text(c.name), text(c.pattern)), c.matches) << text(c.name).toStdString();
