@@ -15,7 +15,7 @@ from conftest import BANNER, BUILD, TEST_TOOLS, TOP, Model, held_open, make_tree
 VERSION = re.search(r"^\. kxDeleteOldFiles  (\S+)$", BANNER, re.MULTILINE).group(1)
 BIN = ["Qt6Core.dll", "kxDeleteOldFiles.exe", "libgcc_s_seh-1.dll", "libstdc++-6.dll", "libwinpthread-1.dll"]
 MONITORING = ["monitoring/kxdeleteoldfiles-dashboard.json", "monitoring/kxdeleteoldfiles.rules.yml"]
-DOCS = ["docs/differences.md", "docs/monitoring.md", "docs/safety.md"]
+DOCS = ["docs/command-line.md", "docs/differences.md", "docs/monitoring.md", "docs/safety.md"]
 
 
 @pytest.fixture(scope="module")
