@@ -85,6 +85,25 @@ def run_exe(exe: str, *args, env=None, cwd=None):
     return done.returncode, done.stdout.decode("latin-1").replace("\r\n", "\n"), done.stderr.decode("latin-1")
 
 
+def mounted(*command):
+    if subprocess.run(["mount", *command], capture_output=True).returncode:
+        pytest.skip("mounts are refused here")
+
+
+@pytest.fixture
+def drive_t(tmp_path, suite):
+    """T:, a tmpfs of 64 MiB of the test's own."""
+    root = tmp_path / "t"
+    root.mkdir()
+    mounted("-t", "tmpfs", "-o", "size=64m", "tmpfs", str(root))
+    link = WINEPREFIX / "dosdevices" / "t:"
+    link.unlink(missing_ok=True)
+    link.symlink_to(root)
+    yield root
+    link.unlink()
+    subprocess.run(["umount", "-l", str(root)], check=True)
+
+
 @pytest.fixture
 def tool(suite):
     return lambda *args, **kwargs: run_exe(EXE, *args, **kwargs)

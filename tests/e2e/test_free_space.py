@@ -10,7 +10,7 @@ import time
 
 import pytest
 
-from conftest import BANNER, DAY, WINEPREFIX, snapshot, tree
+from conftest import BANNER, DAY, mounted, snapshot, tree
 
 MIB = 1024 * 1024
 # T:\ballast.bin fills the drive to 30 MiB; each file below is 4 MiB: its age in days.
@@ -23,22 +23,12 @@ NOT_REACHED = "Free space goal not reached: {} MiB free, goal {} MiB. Nothing ol
 
 
 @pytest.fixture
-def small(tmp_path, suite):
-    root = tmp_path / "t"
-    root.mkdir()
-    if subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64m", "tmpfs", str(root)], capture_output=True).returncode:
-        pytest.skip("mount of a tmpfs is refused here")
-    link = WINEPREFIX / "dosdevices" / "t:"
-    link.unlink(missing_ok=True)
-    link.symlink_to(root)
-    (root / "ballast.bin").write_bytes(b"x" * 30 * MIB)
-    (root / "cache").mkdir()
-    inner = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=20m", "tmpfs", str(root / "cache")]).returncode
-    yield root
-    link.unlink()
-    if inner == 0:
-        subprocess.run(["umount", str(root / "cache")], check=True)
-    subprocess.run(["umount", str(root)], check=True)
+def small(drive_t):
+    (drive_t / "ballast.bin").write_bytes(b"x" * 30 * MIB)
+    (drive_t / "cache").mkdir()
+    mounted("-t", "tmpfs", "-o", "size=20m", "tmpfs", str(drive_t / "cache"))
+    yield drive_t
+    subprocess.run(["umount", str(drive_t / "cache")], check=True)
 
 
 def fill(root, files):
@@ -72,8 +62,6 @@ def fill(root, files):
 ], ids=["part", "met by age", "unreachable", "wildcard", "arrived now", "inner volume", "below the low mark",
         "between the marks"])
 def test_oldest_files_go_until_the_goal_is_met(tool, small, files, folder, goal, gone, line, code, cutoff, freed):
-    if not os.path.ismount(small / "cache"):
-        pytest.skip("mount of a tmpfs is refused here")
     now = fill(small, files)
     args = ["-do", "30", *folder.split(" "), "-minfree", *goal.split(), "-keep", "*.lic"]
     before = tree(small)
@@ -94,8 +82,6 @@ def test_oldest_files_go_until_the_goal_is_met(tool, small, files, folder, goal,
 
 # A check answers from the folder's own volume, and deletes, removes and writes nothing, -log and -prom included.
 def test_check_says_whether_each_goal_is_met_and_touches_nothing(tool, small):
-    if not os.path.ismount(small / "cache"):
-        pytest.skip("mount of a tmpfs is refused here")
     fill(small, {**CACHE, "job/old.bin": 40})
     (small / "cache" / "empty").mkdir()
     (small / "kx.prom").write_text("kept\n")

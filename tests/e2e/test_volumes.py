@@ -8,30 +8,12 @@ import time
 
 import pytest
 
-from conftest import BANNER, OLD, WINEPREFIX, make_tree, masked, pattern
+from conftest import BANNER, OLD, make_tree, masked, mounted, pattern
 
 SYSTEM = ("System Volume Information/tracking.log=o, $RECYCLE.BIN/S-1-5-18/old.dat=o, pagefile.sys=o, "
           "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y")
 KEPT = ["System Volume Information/tracking.log", "$RECYCLE.BIN/S-1-5-18/old.dat", "pagefile.sys",
         "DumpStack.log.tmp", "cache/new.exr"]
-
-
-def mounted(*command):
-    if subprocess.run(["mount", *command], capture_output=True).returncode:
-        pytest.skip("mounts are refused here")
-
-
-@pytest.fixture
-def drive_t(tmp_path, suite):
-    root = tmp_path / "t"
-    root.mkdir()
-    mounted("-t", "tmpfs", "-o", "size=8m", "tmpfs", str(root))
-    link = WINEPREFIX / "dosdevices" / "t:"
-    link.unlink(missing_ok=True)
-    link.symlink_to(root)
-    yield root
-    link.unlink()
-    subprocess.run(["umount", str(root)], check=True)
 
 
 def report(folder, count, log):

@@ -91,21 +91,8 @@ TEST(VolumeSystemEntry, FoldersAndFilesOfTheSystemByKindIgnoringCase)
         EXPECT_EQ(isVolumeSystemEntry(QString::fromLatin1(c.name), c.isFolder), c.system) << c.name;
 }
 
-const char* requestName(DeletionRequest request)
-{
-    switch (request) {
-    case DeletionRequest::PosixIgnoringReadOnly:
-        return "posix+ro";
-    case DeletionRequest::Posix:
-        return "posix";
-    case DeletionRequest::Classic:
-        return "classic";
-    case DeletionRequest::ResetReadOnly:
-        return "reset";
-    default:
-        return "none";
-    }
-}
+// In the order of DeletionRequest.
+const char* const kRequestNames[] = {"posix+ro", "posix", "classic", "reset", "none"};
 
 // Each row: what the volume refused before, whether the file is read-only, and
 // the system's answers to the requests in turn (0 grants one); then the
@@ -139,7 +126,7 @@ TEST(DeletionRequest, EachRefusalIsLearntAndAReadOnlyFileIsResetWhenDenied)
         std::string made;
         DeletionRequest request = firstDeletionRequest(support, c.readOnly);
         for (std::size_t answer = 0; request != DeletionRequest::None; ++answer) {
-            made += std::string(made.empty() ? "" : " ") + requestName(request);
+            made += std::string(made.empty() ? "" : " ") + kRequestNames[static_cast<int>(request)];
             if (request == DeletionRequest::ResetReadOnly || answer >= c.answers.size() || c.answers[answer] == 0)
                 break;
             request = nextDeletionRequest(request, c.answers[answer], c.readOnly, support);
