@@ -3,10 +3,10 @@
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
-#include "sweep/listing_rules.h"
 #include "sweep/log_spill_win.h"
 #include "sweep/win32.h"
 #include "text/output.h"
+#include "text/path_normalize.h"
 
 #include <QDateTime>
 

@@ -5,6 +5,7 @@
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
 #include "text/output.h"
+#include "text/path_normalize.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,16 +26,6 @@ struct Volume {
     std::uint64_t totalBytes = 0;
     VolumeGoal goal;
 };
-
-// Every match of a "*" lies on the drive of the part before it, since a "*"
-// never matches a link.
-QString goalFolder(QString folder)
-{
-    if (!folder.contains(QLatin1Char('*')))
-        return absolutePath(folder);
-    folder.replace(QLatin1Char('/'), QLatin1Char('\\'));
-    return absolutePath(splitAtFirstWildcard(folder).base);
-}
 
 Volume volumeAt(const QString& key, const QString& folder)
 {
@@ -58,7 +49,9 @@ std::vector<Volume> groupByVolume(const std::vector<LocatedFolder>& located, con
         same->freedByAgeRun += folder.freedBytes;
     }
     if (volumes.empty()) {
-        const QString folder = goalFolder(directory);
+        // Every match of a "*" lies on the drive of the part before it, since
+        // a "*" never matches a link.
+        const QString folder = absolutePath(wildcardBase(directory));
         volumes.push_back(volumeAt(volumeKey(folder), folder));
     }
     return volumes;

@@ -8,6 +8,7 @@
 #include "app/wildcard.h"
 #include "sweep/file_ops.h"
 #include "text/output.h"
+#include "text/path_normalize.h"
 
 #include <QElapsedTimer>
 

@@ -1,6 +1,6 @@
 #include "app/wildcard.h"
 
-#include "sweep/file_ops.h"
+#include "text/path_normalize.h"
 
 WildcardParts splitAtFirstWildcard(const QString& path)
 {
@@ -9,7 +9,7 @@ WildcardParts splitAtFirstWildcard(const QString& path)
     QString rest = path.mid(star + 1);
 
     WildcardParts parts;
-    parts.base = folderOfPath(prefix);
+    parts.base = wildcardBase(path);
     if (parts.base.size() < prefix.size())
         parts.nameStart = prefix.mid(parts.base.size());
     const qsizetype backslash = rest.indexOf(QLatin1Char('\\'));

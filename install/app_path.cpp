@@ -1,5 +1,7 @@
 #include "install/app_path.h"
 
+#include "text/path_normalize.h"
+
 namespace {
 
 constexpr char kBackslash = '\\';
@@ -12,33 +14,6 @@ bool isRelativeWithFolder(const FixedNarrowString250& path)
 }
 
 } // namespace
-
-FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path)
-{
-    if (path.length < 3)
-        return path;
-    if (path.endsWithBackslash())
-        path.setLength(std::int16_t(path.length - 1));
-
-    int last = path.length - 1;
-    while (last >= 0 && path.value[last] != kBackslash)
-        --last;
-
-    bool cut = last >= 2; // "C:\" stays "C:\"
-    if (cut && path.value[1] == kBackslash) {
-        // UNC: a further backslash from position 2 on must stand before the
-        // last one, so the share root "\\server\share\" is not cut.
-        int further = last - 1;
-        while (further >= 0 && path.value[further] != kBackslash)
-            --further;
-        cut = further >= 2;
-    }
-    if (cut)
-        path.setLength(std::int16_t(last));
-    if (path.length != kCapacity)
-        path.appendUnits(&kBackslash, 1);
-    return path;
-}
 
 bool argv0NeedsCurrentDirectory(const char* argv0)
 {

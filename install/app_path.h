@@ -10,9 +10,6 @@
 // cannot be obtained. False when the result is empty.
 bool appFolder(const char* argv0, QString& folder);
 
-// One folder up, keeping the trailing backslash; drive and share roots stay.
-FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path);
-
 // Empty when the variable is unset. "ProgramFiles" prefers ProgramW6432, so a
 // 32-bit process also gets the 64-bit program folder.
 QString getEnv(const QString& name);

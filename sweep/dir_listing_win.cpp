@@ -1,6 +1,7 @@
 #include "sweep/dir_listing_win.h"
 
 #include "sweep/listing_rules.h"
+#include "text/path_normalize.h"
 
 #include <vector>
 

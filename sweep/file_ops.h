@@ -30,9 +30,6 @@ QString platformPath(const QString& path);
 // The path made absolute against the current folder; as given when that fails.
 QString absolutePath(const QString& path);
 
-// The folder part of a path, ending in a backslash.
-QString folderOfPath(QString path);
-
 bool fileExists(const QString& path);
 bool folderExists(QString path);
 // The same, with why it is not there: the system's error, or ERROR_SUCCESS

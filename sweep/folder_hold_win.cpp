@@ -2,6 +2,7 @@
 
 #include "sweep/dir_listing_win.h"
 #include "sweep/file_ops.h"
+#include "text/path_normalize.h"
 
 #include <winternl.h>
 

@@ -4,21 +4,6 @@
 
 #include <cstddef>
 
-namespace {
-
-const QChar kBackslash = QLatin1Char('\\');
-
-}
-
-QString folderPrefix(const QString& folder)
-{
-    QString prefix = folder;
-    prefix.replace(QLatin1Char('/'), kBackslash);
-    if (!prefix.endsWith(kBackslash))
-        prefix.append(kBackslash);
-    return prefix;
-}
-
 // A last-write time whose upper word is zero lies within 430 seconds of 1601,
 // which no real write does; the creation time stands in for it.
 TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32_t creationLow,

@@ -8,10 +8,6 @@
 
 #include <cstdint>
 
-// What a listing of the folder puts in front of each name to make its full
-// path: the folder with backslashes for slashes, ending in one backslash.
-QString folderPrefix(const QString& folder);
-
 // The last-write time, or the creation time when the last-write time's upper
 // word is zero.
 TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32_t creationLow,

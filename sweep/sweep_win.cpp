@@ -9,6 +9,7 @@
 #include "sweep/listing_rules.h"
 #include "sweep/log_spill_win.h"
 #include "text/output.h"
+#include "text/path_normalize.h"
 
 #include <deque>
 #include <limits>

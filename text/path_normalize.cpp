@@ -8,6 +8,7 @@
 namespace {
 
 constexpr char16_t kBackslash = u'\\';
+constexpr char kNarrowBackslash = '\\';
 
 } // namespace
 
@@ -156,6 +157,65 @@ FixedWideString parentFolderFixed(FixedWideString& path)
     }
     path.appendUnits(&kBackslash, 1); // dropped when the path is full
     return path;
+}
+
+FixedNarrowString250 parentFolderNarrow(FixedNarrowString250& path)
+{
+    if (path.length < 3)
+        return path;
+    if (path.endsWithBackslash())
+        path.setLength(std::int16_t(path.length - 1));
+
+    int last = path.length - 1;
+    while (last >= 0 && path.value[last] != kNarrowBackslash)
+        --last;
+
+    bool cut = last >= 2; // "C:\" stays "C:\"
+    if (cut && path.value[1] == kNarrowBackslash) {
+        // UNC: a further backslash from position 2 on must stand before the
+        // last one, so the share root "\\server\share\" is not cut.
+        int further = last - 1;
+        while (further >= 0 && path.value[further] != kNarrowBackslash)
+            --further;
+        cut = further >= 2;
+    }
+    if (cut)
+        path.setLength(std::int16_t(last));
+    if (path.length != FixedNarrowString250::kCapacity)
+        path.appendUnits(&kNarrowBackslash, 1);
+    return path;
+}
+
+QString folderOfPath(QString path)
+{
+    const QChar backslash = QLatin1Char('\\');
+    if (path.size() < 3 || path.endsWith(backslash))
+        return path;
+
+    const qsizetype last = path.lastIndexOf(backslash);
+    // A bare \\server\share has no backslash between the server's name and
+    // the share's, and is a folder as it stands.
+    const bool bareShare = path.at(1) == backslash && path.indexOf(backslash, 2) == last;
+    if (last > 1 && !bareShare)
+        path.truncate(last);
+    path.append(backslash);
+    return path;
+}
+
+QString folderPrefix(const QString& folder)
+{
+    QString prefix = toBackslashPath(folder);
+    if (!prefix.endsWith(QLatin1Char('\\')))
+        prefix.append(QLatin1Char('\\'));
+    return prefix;
+}
+
+QString wildcardBase(QString path)
+{
+    const qsizetype star = path.indexOf(QLatin1Char('*'));
+    if (star < 0)
+        return path;
+    return folderOfPath(toBackslashPath(path.left(star)));
 }
 
 QString toBackslashPath(const QString& path)

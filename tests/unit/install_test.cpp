@@ -12,21 +12,6 @@
 
 namespace {
 
-// Input, then the parent; callers use the text changed in place.
-TEST(NarrowParentFolder, DriveAndShareRootsAreNotCut)
-{
-    const char* const cases[][2] = {
-        {"ab", "ab"}, {"abc", R"(abc\)"}, {R"(X:\a\b\)", R"(X:\a\)"}, {R"(X:\a)", R"(X:\)"}, {R"(X:\)", R"(X:\)"},
-        {R"(\\srv\share\)", R"(\\srv\share\)"}, {R"(\\srv\share\d\)", R"(\\srv\share\)"},
-    };
-    for (const auto& c : cases) {
-        FixedNarrowString250 path;
-        path.assignNarrow(c[0]);
-        parentFolderNarrow(path);
-        EXPECT_EQ(toQString(path), QString::fromLatin1(c[1])) << c[0];
-    }
-}
-
 // appFolder's fallback when the module's file name is unknown, which asks for
 // the current directory only where needed. argv0 and that directory, then the folder.
 TEST(AppFolderFromArgv0, RelativePathsFollowTheCurrentDirectoryAndEachParentReference)

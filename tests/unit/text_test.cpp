@@ -83,6 +83,21 @@ TEST(ParentFolder, DriveAndShareRootsStayAndABareDriveGivesNothing)
     }
 }
 
+// Input, then the parent; callers use the text changed in place.
+TEST(NarrowParentFolder, DriveAndShareRootsAreNotCut)
+{
+    const char* const cases[][2] = {
+        {"ab", "ab"}, {"abc", R"(abc\)"}, {R"(X:\a\b\)", R"(X:\a\)"}, {R"(X:\a)", R"(X:\)"}, {R"(X:\)", R"(X:\)"},
+        {R"(\\srv\share\)", R"(\\srv\share\)"}, {R"(\\srv\share\d\)", R"(\\srv\share\)"},
+    };
+    for (const auto& c : cases) {
+        FixedNarrowString250 path;
+        path.assignNarrow(c[0]);
+        parentFolderNarrow(path);
+        EXPECT_EQ(toQString(path), QString::fromLatin1(c[1])) << c[0];
+    }
+}
+
 }
 
 // The console shows Latin-1 with one "?" per character it lacks; the log keeps
