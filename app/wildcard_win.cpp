@@ -144,7 +144,7 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
     }
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
-        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesKeepPattern(name, pattern)
+        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesNamePattern(name, pattern)
             || (atVolumeRoot && isVolumeSystemEntry(name, true)))
             continue;
         // Gone, or a link, since the listing: no match either.

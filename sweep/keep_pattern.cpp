@@ -28,7 +28,7 @@ bool isKeepPattern(const QString& pattern)
 // Only the latest "*" is ever retried, one character further each time: what
 // an earlier one could take, the latest can take as well. So the work stays
 // within the name's length times the pattern's, however many stars it holds.
-bool matchesKeepPattern(const QString& name, const QString& pattern)
+bool matchesNamePattern(const QString& name, const QString& pattern)
 {
     const QList<uint> text = foldedCodePoints(name);
     const QList<uint> wanted = foldedCodePoints(pattern);
@@ -58,7 +58,7 @@ bool matchesKeepPattern(const QString& name, const QString& pattern)
 const QString* matchingKeepPattern(const QStringList& patterns, const QString& name)
 {
     for (const QString& pattern : patterns) {
-        if (matchesKeepPattern(name, pattern))
+        if (matchesNamePattern(name, pattern))
             return &pattern;
     }
     return nullptr;

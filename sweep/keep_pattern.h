@@ -10,8 +10,9 @@ bool isKeepPattern(const QString& pattern);
 
 // True when pattern matches the whole name, both composed (form C), ignoring
 // case as QString's case-insensitive compare does: "*" stands for any run of characters, none
-// included, "?" for exactly one, and every other character for itself.
-bool matchesKeepPattern(const QString& name, const QString& pattern);
+// included, "?" for exactly one, and every other character for itself. It
+// serves -keep and the "*" components of the folder argument alike.
+bool matchesNamePattern(const QString& name, const QString& pattern);
 
 // The first pattern, in list order, that matches name; null when none does.
 const QString* matchingKeepPattern(const QStringList& patterns, const QString& name);

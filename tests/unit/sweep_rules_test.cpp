@@ -106,7 +106,7 @@ QString text(const char16_t* units)
     return QString::fromUtf16(units);
 }
 
-TEST(KeepPattern, MatchesTheWholeNameIgnoringCase)
+TEST(NamePattern, MatchesTheWholeNameIgnoringCase)
 {
     const struct { const char16_t *name, *pattern; bool matches; } cases[] = {
         // "*" takes any run, none included; "?" exactly one character.
@@ -125,14 +125,14 @@ TEST(KeepPattern, MatchesTheWholeNameIgnoringCase)
         {u"R\u00E9sum\u00E9.lic", u"re\u0301sum?.LIC", true},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(matchesKeepPattern(text(c.name), text(c.pattern)), c.matches) << text(c.name).toStdString();
+        EXPECT_EQ(matchesNamePattern(text(c.name), text(c.pattern)), c.matches) << text(c.name).toStdString();
 }
 
-TEST(KeepPattern, ManyStarsDoNotBacktrackWithoutEnd)
+TEST(NamePattern, ManyStarsDoNotBacktrackWithoutEnd)
 {
     const QString name(200, QLatin1Char('a'));
-    EXPECT_FALSE(matchesKeepPattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*b")));
-    EXPECT_TRUE(matchesKeepPattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*")));
+    EXPECT_FALSE(matchesNamePattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*b")));
+    EXPECT_TRUE(matchesNamePattern(name, QStringLiteral("*a").repeated(40) + QStringLiteral("*")));
 }
 
 }
