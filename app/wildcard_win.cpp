@@ -109,7 +109,7 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
             return;
         }
         // What is missing below a later "*" matches nothing.
-        if (inner.isMissing) {
+        if (inner.foundNoFolder()) {
             if (!concrete.isEmpty()) {
                 if (expansion.pass.warns())
                     warnMissingFolder(concrete);
@@ -149,7 +149,7 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderHold match = holdFoundFolder(base.handle(), name);
-        if (!match.isMissing && !match.isLink)
+        if (!match.foundNoFolder() && !match.isLink)
             follow(std::move(match), basePath + name, names, next, expansion);
     }
     listing::destroy(listing);

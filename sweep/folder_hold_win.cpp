@@ -112,7 +112,8 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
     FolderHold hold;
     hold.folder = openInFolder(parent, name, kHoldAccess, kHoldSharing, kFolderOptions, hold.error);
     if (!hold.isHeld()) {
-        hold.isMissing = isGoneError(hold.error) || hold.error == ERROR_DIRECTORY;
+        hold.isMissing = isGoneError(hold.error);
+        hold.isNotFolder = hold.error == ERROR_DIRECTORY;
         return hold;
     }
     DWORD attributes = 0;

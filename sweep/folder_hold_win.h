@@ -15,14 +15,19 @@ struct FolderHold {
     OwnedHandle folder;
     // The handle showed a link where the listing had seen a folder.
     bool isLink = false;
-    // Nothing is there, or no folder: the open or the handle said so.
+    // Nothing is there: the open said so.
     bool isMissing = false;
+    // Something other than a folder is there, put in the folder's place since
+    // the listing.
+    bool isNotFolder = false;
     // Why a folder that is there could not be held; ERROR_SUCCESS otherwise.
     DWORD error = ERROR_SUCCESS;
     // Read through the handle once it is held.
     FolderIdentity identity;
 
     bool isHeld() const { return folder.isOpen(); }
+    // No folder is there now, whatever stands in its place.
+    bool foundNoFolder() const { return isMissing || isNotFolder; }
     HANDLE handle() const { return folder.handle; }
 };
 
@@ -33,7 +38,7 @@ FolderHold holdNamedFolder(const QString& folder);
 // The folder called name in the held folder parent, opened itself and never a
 // link's target. A link put in its place since the listing is caught through
 // the handle: isLink is set and nothing is held. So is a folder gone since,
-// with isMissing.
+// with isMissing, or replaced by a file, with isNotFolder.
 FolderHold holdFoundFolder(HANDLE parent, const QString& name);
 
 // The path of the volume the folder the path names is on, as the system gives

@@ -367,8 +367,8 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         return;
     }
     logDecision(walk, "-dir", name, true);
-    // Gone since the listing: nothing is left of it.
-    if (hold.isMissing)
+    // Gone, or no folder any more, since the listing: nothing is left of it.
+    if (hold.foundNoFolder())
         return;
     // A volume mounted inside the tree has a serial number of its own.
     const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
@@ -408,7 +408,7 @@ bool leaveFolder(FolderPath& path, const Walk& walk)
 
 bool sweepHeldFolder(const QString& folder, FolderHold hold, const SweepSettings& settings, const SweepOutputs& outputs)
 {
-    if (hold.isMissing)
+    if (hold.foundNoFolder())
         return true;
 
     const Walk walk{settings, outputs};
