@@ -39,6 +39,14 @@ void printStartLine(const QString& folder, const FolderPass& pass)
                      folder, days));
 }
 
+// The scan only looks.
+SweepMode sweepMode(const FolderPass& pass)
+{
+    if (pass.kind == PassKind::Scan)
+        return SweepMode::Collect;
+    return pass.options.dryRun ? SweepMode::DryRun : SweepMode::Delete;
+}
+
 SweepSettings settingsFor(const FolderPass& pass)
 {
     const RunOptions& options = pass.options;
@@ -48,8 +56,7 @@ SweepSettings settingsFor(const FolderPass& pass)
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
     settings.ageBy = options.ageBy;
-    // The scan only looks.
-    settings.dryRun = options.dryRun || pass.kind == PassKind::Scan;
+    settings.mode = sweepMode(pass);
     settings.keepPatterns = options.keepPatterns;
     settings.freeingSpace = pass.kind != PassKind::Age;
     settings.changedBefore = pass.changedBefore;
