@@ -307,3 +307,66 @@ int readOptions(const QStringList& arguments, RunOptions& options)
     const int code = checkFreeSpaceOptions(options);
     return code != kExitOk ? code : checkOptions(options);
 }
+
+namespace {
+
+constexpr double kBytesPerMiB = 1024.0 * 1024.0;
+constexpr double kMostPercent = 99.0;
+// 2^64: a goal of this many bytes or more has no 64-bit value.
+constexpr double kFirstOverflowingBytes = 18446744073709551616.0;
+// Seconds of this many days still fit a time stamp, whatever the clock says.
+constexpr double kMostMinAgeDays = 1e9;
+
+bool isAsciiDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+// ASCII digits, at most one decimal point between digits.
+bool isDecimal(const QString& text)
+{
+    const qsizetype point = text.indexOf(QLatin1Char('.'));
+    if (text.isEmpty() || point == 0 || point == text.size() - 1)
+        return false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (i != point && !isAsciiDigit(text.at(i)))
+            return false;
+    }
+    return text.count(QLatin1Char('.')) <= 1;
+}
+
+double unitBytes(QChar unit)
+{
+    switch (unit.toUpper().unicode()) {
+    case u'M':
+        return kBytesPerMiB;
+    case u'G':
+        return kBytesPerMiB * 1024;
+    case u'T':
+        return kBytesPerMiB * 1024 * 1024;
+    default:
+        return 0;
+    }
+}
+
+}
+
+bool parseFreeGoal(const QString& text, FreeGoal& goal)
+{
+    if (text.size() < 2 || !isDecimal(text.chopped(1)))
+        return false;
+    const QChar unit = text.back();
+    goal.isPercent = unit == QLatin1Char('%');
+    const double perUnit = goal.isPercent ? 1 : unitBytes(unit);
+    goal.amount = text.chopped(1).toDouble() * perUnit;
+    const bool inRange = goal.isPercent ? goal.amount <= kMostPercent : goal.amount < kFirstOverflowingBytes;
+    return perUnit > 0 && goal.amount > 0 && inRange;
+}
+
+bool parseMinAge(const QString& text, double& days)
+{
+    if (!isDecimal(text))
+        return false;
+    days = text.toDouble();
+    return days <= kMostMinAgeDays;
+}

@@ -1,7 +1,7 @@
 #pragma once
 // The banner, the usage text and the option loop of the entry point.
 
-#include "app/free_space.h"
+#include "sweep/file_time.h"
 
 #include <QString>
 #include <QStringList>
@@ -22,6 +22,21 @@ constexpr int kExitIncomplete = 5;
 constexpr int kExitAlreadyRunning = 6;
 
 constexpr std::int32_t kDefaultDaysOld = 14;
+
+// A size in bytes, or a share of the drive's total size.
+struct FreeGoal {
+    double amount = 0;
+    bool isPercent = false;
+};
+
+// A whole or decimal number in ASCII digits above 0 followed by M, G or T
+// (MiB, GiB, TiB, in either case) or by "%": a size below 16 EiB, or at most
+// 99%, since a goal of the whole volume can never be met. -minfree and
+// -freeto both read so.
+bool parseFreeGoal(const QString& text, FreeGoal& goal);
+
+// A whole or decimal number of days in ASCII digits, from 0 to a billion.
+bool parseMinAge(const QString& text, double& days);
 
 struct RunOptions {
     std::int32_t daysOld = kDefaultDaysOld;

@@ -79,18 +79,7 @@ void reportUnreachedFolder(const QString& folder, std::uint32_t error, const Fol
 // The folder run on a folder already reached, held or not; the run takes the
 // hold over. A hold that holds nothing is reported as a folder that could not
 // be read.
-struct FolderHold;
 void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& pass);
 
 // Blank-separated groups of three digits, from 1001 on: 1000 stays "1000".
 QString formatGroupedNumber(std::int64_t value);
-
-// The bytes free to the caller on the volume the folder itself is on, and the
-// volume's size, as the platform gives them to the caller; false when they
-// cannot be read. A volume mounted into a folder, or reached through a link,
-// is the one measured, never the drive's root.
-bool readFolderSpace(const QString& folder, std::uint64_t& freeBytes, std::uint64_t& totalBytes);
-
-// What folders on one volume share: the volume's path, or the folder's own
-// when the volume cannot be named.
-QString volumeKey(const QString& folder);

@@ -1,5 +1,6 @@
 #include "app/folder_run.h"
 
+#include "app/volume_space.h"
 #include "sweep/error_text.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
@@ -39,6 +40,14 @@ void printStartLine(const QString& folder, const FolderPass& pass)
                      folder, days));
 }
 
+// The scan only looks.
+SweepMode sweepMode(const FolderPass& pass)
+{
+    if (pass.kind == PassKind::Scan)
+        return SweepMode::Collect;
+    return pass.options.dryRun ? SweepMode::DryRun : SweepMode::Delete;
+}
+
 SweepSettings settingsFor(const FolderPass& pass)
 {
     const RunOptions& options = pass.options;
@@ -48,8 +57,7 @@ SweepSettings settingsFor(const FolderPass& pass)
     settings.removeIfEmpty = false;
     settings.ageLimitSeconds = ageLimitSeconds(options.daysOld);
     settings.ageBy = options.ageBy;
-    // The scan only looks.
-    settings.dryRun = options.dryRun || pass.kind == PassKind::Scan;
+    settings.mode = sweepMode(pass);
     settings.keepPatterns = options.keepPatterns;
     settings.freeingSpace = pass.kind != PassKind::Age;
     settings.changedBefore = pass.changedBefore;
@@ -158,25 +166,4 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
         printText(log + QStringLiteral("\n\n"));
     }
     printText(fillIn("  Done. Free drive space in %1 is %2 MiB\n\n", folder, freeSpaceText(folder, &totals)));
-}
-
-// GetDiskFreeSpaceExW takes any folder, and measures the volume that folder is
-// on; a share's path needs the trailing backslash.
-bool readFolderSpace(const QString& folder, std::uint64_t& freeBytes, std::uint64_t& totalBytes)
-{
-    const QString path = pathForFileCall(folderPrefix(absolutePath(folder)));
-    ULARGE_INTEGER freeToCaller = {};
-    ULARGE_INTEGER total = {};
-    ULARGE_INTEGER totalFree = {};
-    if (!GetDiskFreeSpaceExW(asWide(path.utf16()), &freeToCaller, &total, &totalFree))
-        return false;
-    freeBytes = freeToCaller.QuadPart;
-    totalBytes = total.QuadPart;
-    return true;
-}
-
-QString volumeKey(const QString& folder)
-{
-    const QString volume = volumePathOf(folder);
-    return volume.isEmpty() ? folder : volume;
 }

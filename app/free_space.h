@@ -2,26 +2,12 @@
 // The free-space goal of -minfree: what it asks for, and which files a pass
 // that frees space deletes to reach it.
 
+#include "app/command_line.h"
+#include "app/folder_run.h"
 #include "sweep/sweep.h"
-
-#include <QString>
 
 #include <cstdint>
 #include <vector>
-
-// A size in bytes, or a share of the drive's total size.
-struct FreeGoal {
-    double amount = 0;
-    bool isPercent = false;
-};
-
-// A whole or decimal number in ASCII digits above 0 followed by M, G or T
-// (MiB, GiB, TiB, in either case) or by "%": a size below 16 EiB, or at most
-// 99%, since a goal of the whole volume can never be met.
-bool parseFreeGoal(const QString& text, FreeGoal& goal);
-
-// A whole or decimal number of days in ASCII digits, from 0 to a billion.
-bool parseMinAge(const QString& text, double& days);
 
 std::uint64_t goalBytes(const FreeGoal& goal, std::uint64_t driveBytes);
 
@@ -55,10 +41,6 @@ Cutoff chooseCutoff(std::vector<SpaceCandidate> candidates, std::uint64_t missin
 // Whole MiB: free space rounded down, goals rounded up.
 std::uint64_t mebibytesDown(std::uint64_t bytes);
 std::uint64_t mebibytesUp(std::uint64_t bytes);
-
-struct RunOptions;
-struct RunTotals;
-struct LocatedFolder;
 
 // After the age run, for each volume the folders of the age run are on:
 // checks the goal once and, when it is not met, frees what is missing in one

@@ -1,6 +1,7 @@
 #include "app/free_space.h"
 
 #include "app/folder_run.h"
+#include "app/volume_space.h"
 #include "app/wildcard.h"
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"

@@ -13,8 +13,15 @@
 // At most one progress line per this many whole seconds.
 constexpr std::int64_t kProgressIntervalSeconds = 5;
 
+// What the sweep does with each file that the settings would delete. A dry
+// run deletes and removes nothing, and reports as if every deletion and
+// removal had succeeded; collecting only adds the file to the candidates,
+// and changes and logs nothing.
+enum class SweepMode { Delete, DryRun, Collect };
+
 // What a sweep is asked to do, the same for every folder of the walk.
 struct SweepSettings {
+    SweepMode mode = SweepMode::Delete;
     // The folder itself is removed when it ends up empty; its subfolders are
     // when removesEmptiedFolder says so.
     bool removeIfEmpty = false;
@@ -32,9 +39,6 @@ struct SweepSettings {
     QStringList keepPatterns;
     // The log holds only the deleted names.
     bool namesOnly = false;
-    // Deletes and removes nothing, and reports as if every deletion and
-    // removal had succeeded.
-    bool dryRun = false;
     // Frees space: a file goes when it changed before this time and the age
     // limit left it, that is when it is not old enough.
     bool freeingSpace = false;
@@ -59,8 +63,7 @@ struct SweepOutputs {
     // The space the deleted files took, and their sizes.
     std::int64_t* freedBytes = nullptr;
     std::int64_t* deletedBytes = nullptr;
-    // When given, nothing is deleted or logged: each file that the settings
-    // would delete is only collected here.
+    // Where SweepMode::Collect puts each file that the settings would delete.
     std::vector<SpaceCandidate>* candidates = nullptr;
     // Where a log too long to hold goes on.
     LogSpill* logSpill = nullptr;

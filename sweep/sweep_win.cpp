@@ -25,6 +25,8 @@ struct Walk {
 
     // Every line but the deleted names needs the full log.
     bool fullLog() const { return out.log != nullptr && !settings.namesOnly; }
+    // Neither a dry run nor a collection pins, deletes or removes anything.
+    bool changesNothing() const { return settings.mode != SweepMode::Delete; }
 };
 
 // What one folder's sweep has left behind.
@@ -119,8 +121,9 @@ void printProgress(const QString& folder, TimeStamp* progressStamp, TimeStamp no
         printText(fillIn("     ...%1...\n", folder));
 }
 
-void countDeleted(DirListing*& listing, const SweepOutputs& out)
+void countDeleted(DirListing*& listing, const SweepOutputs& out, FolderVerdict& verdict)
 {
+    verdict.emptiedSome = true;
     if (out.deletedCount != nullptr)
         ++*out.deletedCount;
     if (out.deletedKiB != nullptr)
@@ -215,25 +218,28 @@ bool pinFrame(FolderFrame& frame, const Walk& walk)
     return false;
 }
 
+// A file that freeing space may take, with the space its deletion frees.
+void collectCandidate(DirListing*& listing, const Walk& walk)
+{
+    if (walk.out.candidates != nullptr && listing::freesSpace(listing))
+        walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
+}
+
+// A dry run opens nothing.
+void countDryRunDeletion(FolderFrame& frame, const Walk& walk)
+{
+    logDeletion(listing::name(frame.listing), walk);
+    countDeleted(frame.listing, walk.out, frame.verdict);
+}
+
 // The listing's age decided that the file is opened at all; the file's own
 // time, read through the handle that deletes it, decides whether it goes, so a
-// file written since the listing stays. A dry run opens nothing.
-void deleteListedFile(FolderFrame& frame, const Walk& walk)
+// file written since the listing stays.
+void deleteFile(FolderFrame& frame, const Walk& walk)
 {
     DirListing*& listing = frame.listing;
     FolderVerdict& verdict = frame.verdict;
     const QString name = listing::name(listing);
-    if (walk.out.candidates != nullptr) {
-        if (listing::freesSpace(listing))
-            walk.out.candidates->push_back(SpaceCandidate{listing::time(listing), listing::allocation(listing)});
-        return;
-    }
-    if (walk.settings.dryRun) {
-        logDeletion(name, walk);
-        countDeleted(listing, walk.out);
-        verdict.emptiedSome = true;
-        return;
-    }
     if (!pinFrame(frame, walk))
         return;
     FileToDelete file;
@@ -251,13 +257,28 @@ void deleteListedFile(FolderFrame& frame, const Walk& walk)
         opened ? deleteOpenedFile(file, deletionSupportFor(frame.hold.identity.volumeSerial)) : file.error;
     // A file gone since the listing counts as deleted.
     if (error == ERROR_SUCCESS || isGoneError(error)) {
-        countDeleted(listing, walk.out);
-        verdict.emptiedSome = true;
+        countDeleted(listing, walk.out, verdict);
         return;
     }
     reportError(walk, listing::fullPath(listing), deletionFailureText(error));
     verdict.failed = true;
     verdict.nothingLeft = false;
+}
+
+// What becomes of a file that the settings would delete is the mode's alone.
+void settleDueFile(FolderFrame& frame, const Walk& walk)
+{
+    switch (walk.settings.mode) {
+    case SweepMode::Collect:
+        collectCandidate(frame.listing, walk);
+        return;
+    case SweepMode::DryRun:
+        countDryRunDeletion(frame, walk);
+        return;
+    case SweepMode::Delete:
+        deleteFile(frame, walk);
+        return;
+    }
 }
 
 // A deque, since a frame's listing must stay where it was created while
@@ -293,7 +314,7 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
         logTooYoung(name, walk, verdict);
         return;
     }
-    deleteListedFile(frame, walk);
+    settleDueFile(frame, walk);
 }
 
 // The whole folder is read through the held handle before anything in it is
@@ -310,7 +331,7 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
         frame.parent = parent->hold.handle();
         if (!parent->expectedPath.isEmpty())
             frame.expectedPath = folderPrefix(parent->expectedPath) + name;
-    } else if (frame.hold.isHeld() && !walk.settings.dryRun) {
+    } else if (frame.hold.isHeld() && !walk.changesNothing()) {
         frame.expectedPath = placeOnVolume(frame.hold.handle(), static_cast<int>(folder.size()));
     }
     if (frame.hold.isHeld())
@@ -389,7 +410,7 @@ bool leaveFolder(FolderPath& path, const Walk& walk)
         return verdict.nothingLeft;
     if (!removesEmptiedFolder(verdict.emptiedSome, frame.ageTime, walk.settings.ageLimitSeconds, frame.now))
         return false;
-    if (walk.settings.dryRun)
+    if (walk.changesNothing())
         return true;
     std::deque<FolderFrame>& frames = path.frames;
     const bool hasParent = frames.size() > 1;
@@ -455,6 +476,6 @@ bool sweepFolder(const QString& folder, bool& removeIfEmpty, bool& recurse, std:
     settings.ageLimitSeconds = maxAgeMinutes * kSecondsPerMinute;
     settings.ignoreSuffixes = ignoreSuffixes;
     settings.namesOnly = namesOnly;
-    settings.dryRun = dryRun;
+    settings.mode = dryRun ? SweepMode::DryRun : SweepMode::Delete;
     return sweepFolder(folder, settings, SweepOutputs{errors, deletedCount, deletedKiB, log, progressStamp});
 }
