@@ -2,8 +2,8 @@
 
 #include "sweep/file_ops.h"
 #include "sweep/folder_hold_win.h"
-#include "sweep/listing_rules.h"
 #include "sweep/win32.h"
+#include "text/path_normalize.h"
 
 // GetDiskFreeSpaceExW takes any folder, and measures the volume that folder is
 // on; a share's path needs the trailing backslash.

@@ -64,8 +64,8 @@ def row(name, layout, args, out=None, code=0, held="", stays="", here=False):
 
 ROWS = [
     # Old files and emptied subfolders go; young files and the named folder stay.
-    row("sweep", "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
-        "-do 14 {w}", stays="new.exr, keep/e.exr"),
+    *(row(name, "a.exr=o2048, b.exr=o511, new.exr=y10, shot/c.exr=o1536, shot/deep/d.exr=o0, keep/e.exr=y, empty/",
+          f"{dry}-do 14 {{w}}", stays="new.exr, keep/e.exr") for name, dry in (("sweep", ""), ("sweep dry run", "-dryrun "))),
     row("zero days", "x/y/z.tmp=o5, new.tmp=n5", "-do 0 {w}"),
     # An emptied folder goes when the run emptied it or it is old itself: a job's new folders stay.
     row("young folders", FOLDERS, "-do 7 -v {w}", stays="new/, nested/a/b/"),
