@@ -62,8 +62,8 @@ void printUsage();
 // The tool's own options, as the command line matches them.
 QStringList optionNames();
 
-// Reads the options from left to right, the program's name first: -do, -keep,
-// -v, -dryrun, -log, -minfree, -freeto, -minage, -prom, -check, -age, the values of the root flags, and one directory, then
-// checks that the directory can be one. Returns kExitOk, or at the first bad
+// Reads the options from left to right, the program's name first: the tool's
+// own options, the values of the root flags, and one directory, then checks
+// that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(const QStringList& arguments, RunOptions& options);
