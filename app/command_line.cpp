@@ -49,52 +49,8 @@ const char* const kUsageLines[] = {
     "\n",
 };
 
-// The tool's own options, matched whole and ignoring case. The root flags are
-// root discovery's, matched by their beginning, and may repeat.
-struct OptionRule {
-    const char* name;
-    bool takesValue;
-    bool repeatable;
-};
-
-const OptionRule kOptionRules[] = {
-    {"-do", true, false},
-    {"-v", false, false},
-    {"-dryrun", false, false},
-    {"-keep", true, true},
-    {"-log", true, false},
-    {"-minfree", true, false},
-    {"-freeto", true, false},
-    {"-check", false, false},
-    {"-minage", true, false},
-    {"-prom", true, false},
-    {"-age", true, false},
-};
-
 const char* const kMinAgeError = "Error: -minage needs a number of days and -minfree, not '%1'!\n";
 const char* const kFreeToError = "Error: -freeto needs a size such as 50G or 15% and -minfree, not '%1'!\n";
-
-const OptionRule* findRule(const QString& argument)
-{
-    for (const OptionRule& rule : kOptionRules) {
-        if (argument.compare(QLatin1String(rule.name), Qt::CaseInsensitive) == 0)
-            return &rule;
-    }
-    return nullptr;
-}
-
-bool isOption(const QString& argument, const char* option)
-{
-    return argument.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
-}
-
-// An option's value is never one of the tool's own options: "-keep -dryrun"
-// is a forgotten value, and taking "-dryrun" as the pattern would delete for
-// real.
-bool isToolOption(const QString& argument)
-{
-    return findRule(argument) != nullptr || isRootFlag(argument);
-}
 
 // Dashes that an editor's autocorrect or a chat puts where "-" was typed.
 bool isDash(QChar c)
@@ -109,14 +65,6 @@ bool beginsWithDash(const QString& text)
     return !text.isEmpty() && isDash(text.at(0));
 }
 
-// A value that begins with another dash than "-" is refused whatever follows:
-// "-keep -dryrun" with an en dash would otherwise keep a pattern and delete
-// for real.
-bool isMissingValue(const QString& value)
-{
-    return isToolOption(value) || (beginsWithDash(value) && !value.startsWith(QLatin1Char('-')));
-}
-
 // Digits in other scripts, blanks and a plus sign are numbers to Qt, never to
 // an admin's script.
 bool isAsciiInteger(const QString& value)
@@ -126,7 +74,7 @@ bool isAsciiInteger(const QString& value)
            && std::all_of(digits.begin(), digits.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
 }
 
-int fail(const char* format, const QString& value, int code)
+int refuse(const char* format, const QString& value, int code = kExitBadOption)
 {
     printText(fillIn(format, value));
     return code;
@@ -143,11 +91,11 @@ int readDaysOld(const QString& value, RunOptions& options)
     bool converted = false;
     options.daysOld = value.toInt(&converted, 10);
     if (!converted || !isAsciiInteger(value))
-        return fail("Error: Unable to convert %1 into a number!\n", value, kExitBadDaysOld);
+        return refuse("Error: Unable to convert %1 into a number!\n", value, kExitBadDaysOld);
     // A stray minus would make every file old enough, those dated in the
     // future included.
     if (options.daysOld < 0)
-        return fail("Error: -do needs a number of days of 0 or more, not '%1'!\n", value, kExitBadDaysOld);
+        return refuse("Error: -do needs a number of days of 0 or more, not '%1'!\n", value, kExitBadDaysOld);
     return kExitOk;
 }
 
@@ -158,58 +106,103 @@ int readAgeBy(const QString& value, RunOptions& options)
     else if (value.compare(QLatin1String("newest"), Qt::CaseInsensitive) == 0)
         options.ageBy = AgeBy::Newest;
     else
-        return fail("Error: -age needs write or newest, not '%1'!\n", value, kExitBadOption);
+        return refuse("Error: -age needs write or newest, not '%1'!\n", value);
     return kExitOk;
 }
 
-// A root flag's value is root discovery's alone.
-int readValue(const QString& option, const QString& value, RunOptions& options)
+int readKeepPattern(const QString& value, RunOptions& options)
 {
-    if (isOption(option, "-do"))
-        return readDaysOld(value, options);
-    if (isOption(option, "-age"))
-        return readAgeBy(value, options);
-    if (isOption(option, "-keep")) {
-        if (!isKeepPattern(value))
-            return fail("Error: -keep needs a name pattern without a folder separator, not '%1'!\n", value,
-                        kExitBadOption);
-        options.keepPatterns.append(value);
-    }
-    if (isOption(option, "-log")) {
-        options.logFile = value;
-        options.hasLogFile = true;
-    }
-    if (isOption(option, "-prom")) {
-        options.promFile = value;
-        options.hasPromFile = true;
-    }
-    if (isOption(option, "-minfree")) {
-        options.hasFreeGoal = parseFreeGoal(value, options.freeGoal);
-        if (!options.hasFreeGoal)
-            return fail("Error: -minfree needs a size such as 50G or 15%, not '%1'!\n", value, kExitBadOption);
-    }
-    if (isOption(option, "-freeto")) {
-        options.freeToText = value;
-        options.hasFreeToGoal = parseFreeGoal(value, options.freeToGoal);
-        if (!options.hasFreeToGoal)
-            return fail(kFreeToError, value, kExitBadOption);
-    }
-    if (isOption(option, "-minage")) {
-        options.minAgeText = value;
-        if (!parseMinAge(value, options.minAgeDays))
-            return fail(kMinAgeError, value, kExitBadOption);
-    }
+    if (!isKeepPattern(value))
+        return refuse("Error: -keep needs a name pattern without a folder separator, not '%1'!\n", value);
+    options.keepPatterns.append(value);
     return kExitOk;
 }
 
-void readSwitch(const QString& argument, RunOptions& options)
+int readLogFile(const QString& value, RunOptions& options)
 {
-    if (isOption(argument, "-v"))
-        options.verbose = true;
-    if (isOption(argument, "-dryrun"))
-        options.dryRun = true;
-    if (isOption(argument, "-check"))
-        options.check = true;
+    options.logFile = value;
+    options.hasLogFile = true;
+    return kExitOk;
+}
+
+int readPromFile(const QString& value, RunOptions& options)
+{
+    options.promFile = value;
+    options.hasPromFile = true;
+    return kExitOk;
+}
+
+int readFreeGoal(const QString& value, RunOptions& options)
+{
+    options.hasFreeGoal = parseFreeGoal(value, options.freeGoal);
+    if (!options.hasFreeGoal)
+        return refuse("Error: -minfree needs a size such as 50G or 15%, not '%1'!\n", value);
+    return kExitOk;
+}
+
+int readFreeToGoal(const QString& value, RunOptions& options)
+{
+    options.freeToText = value;
+    options.hasFreeToGoal = parseFreeGoal(value, options.freeToGoal);
+    return options.hasFreeToGoal ? kExitOk : refuse(kFreeToError, value);
+}
+
+int readMinAge(const QString& value, RunOptions& options)
+{
+    options.minAgeText = value;
+    return parseMinAge(value, options.minAgeDays) ? kExitOk : refuse(kMinAgeError, value);
+}
+
+using ValueReader = int (*)(const QString& value, RunOptions& options);
+using SwitchSetter = void (*)(RunOptions& options);
+
+// The tool's own options, matched whole and ignoring case. An option reads a
+// value or sets a switch, never both. The root flags are root discovery's,
+// matched by their beginning, and may repeat.
+struct OptionRule {
+    const char* name;
+    ValueReader readValue;
+    SwitchSetter setSwitch;
+    bool repeatable;
+};
+
+const OptionRule kOptionRules[] = {
+    {"-do", readDaysOld, nullptr, false},
+    {"-v", nullptr, [](RunOptions& options) { options.verbose = true; }, false},
+    {"-dryrun", nullptr, [](RunOptions& options) { options.dryRun = true; }, false},
+    {"-keep", readKeepPattern, nullptr, true},
+    {"-log", readLogFile, nullptr, false},
+    {"-minfree", readFreeGoal, nullptr, false},
+    {"-freeto", readFreeToGoal, nullptr, false},
+    {"-check", nullptr, [](RunOptions& options) { options.check = true; }, false},
+    {"-minage", readMinAge, nullptr, false},
+    {"-prom", readPromFile, nullptr, false},
+    {"-age", readAgeBy, nullptr, false},
+};
+
+const OptionRule* findRule(const QString& argument)
+{
+    for (const OptionRule& rule : kOptionRules) {
+        if (argument.compare(QLatin1String(rule.name), Qt::CaseInsensitive) == 0)
+            return &rule;
+    }
+    return nullptr;
+}
+
+// An option's value is never one of the tool's own options: "-keep -dryrun"
+// is a forgotten value, and taking "-dryrun" as the pattern would delete for
+// real.
+bool isToolOption(const QString& argument)
+{
+    return findRule(argument) != nullptr || isRootFlag(argument);
+}
+
+// A value that begins with another dash than "-" is refused whatever follows:
+// "-keep -dryrun" with an en dash would otherwise keep a pattern and delete
+// for real.
+bool isMissingValue(const QString& value)
+{
+    return isToolOption(value) || (beginsWithDash(value) && !value.startsWith(QLatin1Char('-')));
 }
 
 // -freeto and -check go with -minfree. Goals of one kind are compared here,
@@ -219,7 +212,7 @@ void readSwitch(const QString& argument, RunOptions& options)
 int checkFreeSpaceOptions(const RunOptions& options)
 {
     if (options.hasFreeToGoal && !options.hasFreeGoal)
-        return fail(kFreeToError, options.freeToText, kExitBadOption);
+        return refuse(kFreeToError, options.freeToText);
     if (options.hasFreeToGoal && options.freeToGoal.isPercent == options.freeGoal.isPercent
         && options.freeToGoal.amount < options.freeGoal.amount)
         return refuse("Error: -freeto is below the -minfree goal!\n");
@@ -234,7 +227,7 @@ int checkFreeSpaceOptions(const RunOptions& options)
 int readFolder(const QString& argument, RunOptions& options)
 {
     if (beginsWithDash(argument))
-        return fail("Error: Unknown option %1!\n", argument, kExitBadOption);
+        return refuse("Error: Unknown option %1!\n", argument);
     if (options.hasDirectory) {
         printText(fillIn("Error: More than one folder given: %1 and %2!\n", options.directory, argument));
         return kExitBadOption;
@@ -251,17 +244,17 @@ int readFolder(const QString& argument, RunOptions& options)
 int checkOptions(const RunOptions& options)
 {
     if (!options.minAgeText.isEmpty() && !options.hasFreeGoal)
-        return fail(kMinAgeError, options.minAgeText, kExitBadOption);
+        return refuse(kMinAgeError, options.minAgeText);
     if (!options.hasDirectory) {
         printText(QStringLiteral("Error: no folder given!\n"));
         return kExitBadOption;
     }
     if (!canBeFolderName(options.directory))
-        return fail("Error: '%1' cannot be a folder name!\n", options.directory, kExitBadOption);
+        return refuse("Error: '%1' cannot be a folder name!\n", options.directory);
     if (!isFullPath(options.directory))
-        return fail("Error: the folder %1 is not a full path, and a scheduled task's current folder is "
-                    "C:\\Windows\\System32!\n",
-                    options.directory, kExitBadOption);
+        return refuse("Error: the folder %1 is not a full path, and a scheduled task's current folder is "
+                      "C:\\Windows\\System32!\n",
+                      options.directory);
     return kExitOk;
 }
 
@@ -273,10 +266,25 @@ void printBanner()
               + QLatin1String(". ") + QLatin1String(kMakerNotice) + QLatin1Char('\n') + QLatin1String(kBannerRule));
 }
 
+QString usageText()
+{
+    QString text;
+    for (const char* line : kUsageLines)
+        text += QLatin1String(line);
+    return text;
+}
+
 void printUsage()
 {
-    for (const char* line : kUsageLines)
-        printText(QLatin1String(line));
+    printText(usageText());
+}
+
+QStringList optionNames()
+{
+    QStringList names;
+    for (const OptionRule& rule : kOptionRules)
+        names.append(QLatin1String(rule.name));
+    return names;
 }
 
 int readOptions(const QStringList& arguments, RunOptions& options)
@@ -292,15 +300,19 @@ int readOptions(const QStringList& arguments, RunOptions& options)
             continue;
         }
         if (rule != nullptr && !rule->repeatable && seen.contains(rule))
-            return fail("Error: %1 given twice!\n", argument, kExitBadOption);
+            return refuse("Error: %1 given twice!\n", argument);
         seen.append(rule);
-        if (rule != nullptr && !rule->takesValue) {
-            readSwitch(argument, options);
+        if (rule != nullptr && rule->setSwitch != nullptr) {
+            rule->setSwitch(options);
             continue;
         }
         if (i + 1 == arguments.size() || isMissingValue(arguments.at(i + 1)))
-            return fail("Error: %1 needs a value!\n", argument, kExitBadOption);
-        const int code = readValue(argument, arguments.at(++i), options);
+            return refuse("Error: %1 needs a value!\n", argument);
+        const QString& value = arguments.at(++i);
+        // A root flag's value is root discovery's alone.
+        if (rule == nullptr)
+            continue;
+        const int code = rule->readValue(value, options);
         if (code != kExitOk)
             return code;
     }

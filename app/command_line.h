@@ -56,10 +56,12 @@ struct RunOptions {
     // Once below freeGoal, the oldest files go until this much is free.
     FreeGoal freeToGoal;
     bool hasFreeToGoal = false;
+    // -freeto as given, for the error when -minfree is missing.
     QString freeToText;
     // Only says whether each volume meets the goal, and touches nothing.
     bool check = false;
     double minAgeDays = 1;
+    // -minage as given; empty when it is not, as an empty value is refused.
     QString minAgeText;
     // What a file's age, and an emptied folder's, counts from.
     AgeBy ageBy = AgeBy::Write;
@@ -69,10 +71,14 @@ struct RunOptions {
 };
 
 void printBanner();
+QString usageText();
 void printUsage();
 
-// Reads the options from left to right, the program's name first: -do, -keep,
-// -v, -dryrun, -log, -minfree, -freeto, -minage, -prom, -check, -age, the values of the root flags, and one directory, then
-// checks that the directory can be one. Returns kExitOk, or at the first bad
+// The tool's own options, as the command line matches them.
+QStringList optionNames();
+
+// Reads the options from left to right, the program's name first: the tool's
+// own options, the values of the root flags, and one directory, then checks
+// that the directory can be one. Returns kExitOk, or at the first bad
 // argument the exit code after its error line has been printed.
 int readOptions(const QStringList& arguments, RunOptions& options);

@@ -1,4 +1,5 @@
-// The free-space goals of -minfree and -freeto as the command line reads them.
+// The command line's rules: the free-space goals of -minfree and -freeto as it reads them, and a usage
+// text that names every option of the table.
 
 #include "app/command_line.h"
 
@@ -21,6 +22,14 @@ TEST(FreeSpaceGoal, SizesBelow16EiBOrAtMost99PercentAboveZeroInAsciiDigits)
         EXPECT_EQ(parseFreeGoal(text, goal), c.valid) << text.toStdString();
         EXPECT_EQ(goal.amount, c.bytes) << text.toStdString();
     }
+}
+
+TEST(CommandLine, UsageTextHasALineForEveryOption)
+{
+    const QString usage = usageText().replace(QLatin1Char(':'), QLatin1Char(' '));
+    EXPECT_TRUE(optionNames().contains(QLatin1String("-minfree")));
+    for (const QString& name : optionNames())
+        EXPECT_TRUE(usage.contains(QLatin1String("\n  ") + name + QLatin1Char(' '))) << name.toStdString();
 }
 
 }
