@@ -135,8 +135,9 @@ void runReachedFolder(const QString& folder, FolderHold hold, const FolderPass& 
     QString log;
     std::int32_t deletedCount = 0;
     std::int64_t deletedKiB = 0;
-    RunTotals unused;
-    RunTotals& totals = pass.totals != nullptr ? *pass.totals : unused;
+    // Every pass that reports has its totals; only the scan and the locating
+    // pass, which ended above, have none.
+    RunTotals& totals = *pass.totals;
     // Without -v the log would only be dropped, so none is kept: the run's
     // memory then stays with the folders on the current path, not the tree.
     SweepOutputs outputs{&errors, &deletedCount, &deletedKiB, pass.options.verbose ? &log : nullptr,

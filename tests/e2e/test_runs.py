@@ -7,7 +7,7 @@ import os
 
 import pytest
 
-from conftest import BANNER, expect_run, make_tree, tree, wine_env
+from conftest import expect_run, make_tree, tree, wine_env
 
 USAGE = (
     "\nUsage:\n\n  kxDeleteOldFiles   directory  [-do <days_old>]  [-age write|newest]  [-v]\n\n"

@@ -9,53 +9,39 @@
 
 namespace {
 
-class FolderPinTest : public TempFolderTest {
-protected:
-    bool rename(const QString& from, const QString& to)
-    {
-        return MoveFileExW(asWide(path(from).utf16()), asWide(path(to).utf16()), 0) != FALSE;
-    }
-
-    Pin pin(OwnedHandle& pinned)
-    {
-        DWORD error = ERROR_SUCCESS;
-        return pinFolder(PinRequest{parent.handle(), QStringLiteral("job"), job.handle(), job.identity, place},
-                         pinned, error);
-    }
-
-    void SetUp() override
-    {
-        makeFile(QStringLiteral("job/a.txt"));
-        parent = holdNamedFolder(root);
-        job = holdFoundFolder(parent.handle(), QStringLiteral("job"));
-        ASSERT_TRUE(job.isHeld());
-        place = placeOnVolume(job.handle(), 0);
-        ASSERT_TRUE(place.endsWith(QStringLiteral("\\job"))) << place.toStdString();
-    }
-
-    FolderHold parent, job;
-    QString place;
-};
+using FolderPinTest = TempFolderTest;
 
 TEST_F(FolderPinTest, AHeldFolderCanBeRenamedAPinnedOneCannotAndAMovedOrReplacedOneIsNotPinned)
 {
+    makeFile(QStringLiteral("job/a.txt"));
+    const FolderHold parent = holdNamedFolder(root);
+    const FolderHold job = holdFoundFolder(parent.handle(), QStringLiteral("job"));
+    const QString place = placeOnVolume(job.handle(), 0);
+    ASSERT_TRUE(job.isHeld() && place.endsWith(QStringLiteral("\\job"))) << place.toStdString();
+    const auto rename = [this](const char* from, const char* to) {
+        return MoveFileExW(asWide(path(QLatin1String(from)).utf16()), asWide(path(QLatin1String(to)).utf16()), 0);
+    };
     OwnedHandle pinned;
-    ASSERT_EQ(pin(pinned), Pin::Taken);
-    EXPECT_FALSE(rename(QStringLiteral("job"), QStringLiteral("job2")));
+    const auto pin = [&] {
+        DWORD error = ERROR_SUCCESS;
+        pinned.close();
+        return pinFolder(PinRequest{parent.handle(), QStringLiteral("job"), job.handle(), job.identity, place},
+                         pinned, error);
+    };
+    ASSERT_EQ(pin(), Pin::Taken);
+    EXPECT_FALSE(rename("job", "job2"));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
     pinned.close();
-
     // Held only: a job renames it away, and back.
-    ASSERT_TRUE(rename(QStringLiteral("job"), QStringLiteral("job2")));
-    EXPECT_EQ(pin(pinned), Pin::Moved);
-    ASSERT_TRUE(rename(QStringLiteral("job2"), QStringLiteral("job")));
-    EXPECT_EQ(pin(pinned), Pin::Taken);
+    ASSERT_TRUE(rename("job", "job2"));
+    EXPECT_EQ(pin(), Pin::Moved);
+    ASSERT_TRUE(rename("job2", "job"));
+    EXPECT_EQ(pin(), Pin::Taken);
     pinned.close();
-
     // Another folder in its place.
-    ASSERT_TRUE(rename(QStringLiteral("job"), QStringLiteral("job_old")));
+    ASSERT_TRUE(rename("job", "job_old"));
     makeFile(QStringLiteral("job/"));
-    EXPECT_EQ(pin(pinned), Pin::Moved);
+    EXPECT_EQ(pin(), Pin::Moved);
     EXPECT_FALSE(pinned.isOpen());
 }
 
