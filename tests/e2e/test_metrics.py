@@ -64,6 +64,10 @@ def test_figures_add_up_over_runs_keep_the_last_success_and_survive_a_reader_hol
         code, out, _ = tool(*args)
     assert code == 5 and re.search(rf"\nError writing metrics file {re.escape(drive.win(prom))}:[^\n]+\n$", out), out
     assert prom.read_bytes() == kept and not prom.with_suffix(".prom.tmp").exists()
+    # A wildcard base that another program holds: exit code 5, and the last success stays the file's.
+    with held_open(drive.win(work / "users")):
+        assert tool(*args)[0] == 5
+    assert samples()["last_success_timestamp_seconds"] == 1000000000
     # A goal whose volume cannot be read is a missed goal.
     assert tool("-do", "14", drive.win(work / "absent"), "-minfree", "1M", "-prom", drive.win(prom))[0] == 4
     assert (samples()["free_goal_met"], samples()["free_goal_missed_runs"]) == (0, 1)
