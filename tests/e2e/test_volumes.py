@@ -11,7 +11,7 @@ import pytest
 from conftest import BANNER, OLD, make_tree, masked, mounted, pattern
 
 SYSTEM = ("System Volume Information/tracking.log=o, $RECYCLE.BIN/S-1-5-18/old.dat=o, pagefile.sys=o, "
-          "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y")
+          "DumpStack.log.tmp=o, cache/old.exr=o, cache/new.exr=y, cache/pagefile.sys=o")
 KEPT = ["System Volume Information/tracking.log", "$RECYCLE.BIN/S-1-5-18/old.dat", "pagefile.sys",
         "DumpStack.log.tmp", "cache/new.exr"]
 
@@ -22,19 +22,20 @@ def report(folder, count, log):
             f"  Done. Free drive space in {folder} is <free> MiB\n\n")
 
 
-# The drive named, and matched by a "*": the system's entries stay, the cache is cleaned.
+# The drive named, and matched by a "*": the system's entries stay, the cache is cleaned, a name of
+# theirs below the root included.
 @pytest.mark.parametrize("folder, out", [
-    ("T:\\", report("T:\\", 1, "   [T:\\]: \n     -sys [$RECYCLE.BIN]\n     -dir [cache]\n   [T:\\cache]: \n"
-                                "     -ignT new.exr\n     -del old.exr\n     -sys DumpStack.log.tmp\n"
+    ("T:\\", report("T:\\", 2, "   [T:\\]: \n     -sys [$RECYCLE.BIN]\n     -dir [cache]\n   [T:\\cache]: \n"
+                                "     -ignT new.exr\n     -del old.exr\n     -del pagefile.sys\n     -sys DumpStack.log.tmp\n"
                                 "     -sys pagefile.sys\n     -sys [System Volume Information]\n")),
     ("T:\\*", "Searching for folders matching 'T:\\*'." + report(
-        "T:\\cache", 1, "   [T:\\cache]: \n     -ignT new.exr\n     -del old.exr\n")),
+        "T:\\cache", 2, "   [T:\\cache]: \n     -ignT new.exr\n     -del old.exr\n     -del pagefile.sys\n")),
 ], ids=["root", "star"])
 def test_a_volume_root_keeps_the_system_entries(tool, drive_t, folder, out):
     make_tree(drive_t, SYSTEM)
     code, stdout, stderr = tool("-do", "14", folder, "-v")
     assert re.fullmatch(pattern(BANNER + out), masked(stdout)) and (code, stderr) == (0, ""), stdout
-    assert all((drive_t / path).is_file() for path in KEPT) and not (drive_t / "cache/old.exr").exists()
+    assert all((drive_t / path).is_file() for path in KEPT) and not (drive_t / "cache/pagefile.sys").exists()
 
 
 # A folder that leads back up the path, as a file server's link shown as a
