@@ -58,8 +58,8 @@ bool readAttributes(HANDLE folder, DWORD& attributes)
     return true;
 }
 
-// The attributes and the identity in one question; false, with error set,
-// when the folder cannot be told.
+// The attributes and the identity in one question, the volume's serial
+// number included; false, with error set, when the folder cannot be told.
 bool readHeldFolder(FolderHold& hold, DWORD& attributes)
 {
     BY_HANDLE_FILE_INFORMATION info = {};
@@ -70,6 +70,23 @@ bool readHeldFolder(FolderHold& hold, DWORD& attributes)
     attributes = info.dwFileAttributes;
     hold.identity.volumeSerial = info.dwVolumeSerialNumber;
     hold.identity.fileIndex = (static_cast<std::uint64_t>(info.nFileIndexHigh) << 32) | info.nFileIndexLow;
+    return true;
+}
+
+// A folder found in a held one is on the same volume: a volume mounted into a
+// folder is a mount point, a link, and is never entered. So it takes its
+// parent's serial number, and only its attributes and number are asked: the
+// volume's question costs Wine a look at every drive, for every folder.
+bool readFoundFolder(FolderHold& hold, const FolderHold& parent, DWORD& attributes)
+{
+    std::uint64_t index = 0;
+    if (!readAttributes(hold.handle(), attributes)) {
+        hold.error = GetLastError();
+        return false;
+    }
+    if (!readFolderId(hold.handle(), index, hold.error))
+        return false;
+    hold.identity = FolderIdentity{parent.identity.volumeSerial, index};
     return true;
 }
 
@@ -107,10 +124,10 @@ FolderHold holdNamedFolder(const QString& folder)
 // Wine opens the target of a link even when asked for the link itself, so
 // there the handle shows an ordinary folder and the listing's attributes
 // remain the test.
-FolderHold holdFoundFolder(HANDLE parent, const QString& name)
+FolderHold holdFoundFolder(const FolderHold& parent, const QString& name)
 {
     FolderHold hold;
-    hold.folder = openInFolder(parent, name, kHoldAccess, kHoldSharing, kFolderOptions, hold.error);
+    hold.folder = openInFolder(parent.handle(), name, kHoldAccess, kHoldSharing, kFolderOptions, hold.error);
     if (!hold.isHeld()) {
         hold.isMissing = isGoneError(hold.error);
         hold.isNotFolder = hold.error == ERROR_DIRECTORY;
@@ -118,7 +135,7 @@ FolderHold holdFoundFolder(HANDLE parent, const QString& name)
     }
     DWORD attributes = 0;
     // A folder whose kind cannot be told is not entered.
-    if (!readHeldFolder(hold, attributes)) {
+    if (!readFoundFolder(hold, parent, attributes)) {
         hold.folder.close();
         return hold;
     }

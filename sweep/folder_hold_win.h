@@ -39,7 +39,7 @@ FolderHold holdNamedFolder(const QString& folder);
 // link's target. A link put in its place since the listing is caught through
 // the handle: isLink is set and nothing is held. So is a folder gone since,
 // with isMissing, or replaced by a file, with isNotFolder.
-FolderHold holdFoundFolder(HANDLE parent, const QString& name);
+FolderHold holdFoundFolder(const FolderHold& parent, const QString& name);
 
 // The path of the volume the folder the path names is on, as the system gives
 // it for the path in the form a file call takes, prefix included; empty when

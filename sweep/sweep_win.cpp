@@ -382,7 +382,7 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         keepLink(name, walk, parent.verdict);
         return;
     }
-    FolderHold hold = holdFoundFolder(parent.hold.handle(), name);
+    FolderHold hold = holdFoundFolder(parent.hold, name);
     if (hold.isLink || (hold.isHeld() && path.identities.count(hold.identity) != 0)) {
         keepLink(name, walk, parent.verdict);
         return;
@@ -391,11 +391,11 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
     // Gone, or no folder any more, since the listing: nothing is left of it.
     if (hold.foundNoFolder())
         return;
-    // A volume mounted inside the tree has a serial number of its own.
-    const bool atVolumeRoot = hold.isHeld() && hold.identity.volumeSerial != parent.hold.identity.volumeSerial;
+    // A volume mounted inside the tree is a mount point, a link: a folder
+    // entered here is never a volume's root.
     parent.pin.close();
     const TimeStamp folderAge = listing::time(parent.listing);
-    enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), atVolumeRoot, walk);
+    enterFolder(path, listing::fullPath(parent.listing), name, true, std::move(hold), false, walk);
     path.frames.back().ageTime = folderAge;
 }
 

@@ -15,7 +15,7 @@ TEST_F(FolderPinTest, AHeldFolderCanBeRenamedAPinnedOneCannotAndAMovedOrReplaced
 {
     makeFile(QStringLiteral("job/a.txt"));
     const FolderHold parent = holdNamedFolder(root);
-    const FolderHold job = holdFoundFolder(parent.handle(), QStringLiteral("job"));
+    const FolderHold job = holdFoundFolder(parent, QStringLiteral("job"));
     const QString place = placeOnVolume(job.handle(), 0);
     ASSERT_TRUE(job.isHeld() && place.endsWith(QStringLiteral("\\job"))) << place.toStdString();
     const auto rename = [this](const char* from, const char* to) {
