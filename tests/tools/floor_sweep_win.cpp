@@ -6,10 +6,13 @@
 // trees of plain files that are all to go. Failures go to standard error and
 // make the exit code 1.
 // With -handles it does the same job by the tool's own mechanism, and nothing
-// more: each folder is read through a handle held on it, each file opened
-// relative to that handle by its name, its time read, its deletion asked for,
-// and closed, four calls per file; each emptied folder is opened again by its
-// name for its removal.
+// more: each folder is read through a handle held on it, sharing deletion, each
+// file opened relative to that handle by its name, its time read, its deletion
+// asked for, and closed, four calls per file; each emptied folder is opened
+// again by its name for its removal. While it deletes in a folder it pins the
+// folder, opened again by its name in its parent without delete sharing, with
+// its place on the volume read, and lets the pin go before it goes down into
+// a subfolder.
 // Usage: kxFloorSweep [-handles] <absolute folder>
 
 #include "sweep/win32.h"
@@ -114,7 +117,37 @@ bool deleteRelative(HANDLE folder, const std::wstring& name, bool isFolder)
     return deleted;
 }
 
-int clearHeldFolder(HANDLE folder)
+// The pin of the folder named name in parent, or of folder itself at the top:
+// taken before a deletion in it, let go before a subfolder is entered.
+struct Pin {
+    HANDLE parent;
+    const std::wstring& name;
+    HANDLE folder;
+    HANDLE handle = INVALID_HANDLE_VALUE;
+
+    void take()
+    {
+        if (handle != INVALID_HANDLE_VALUE)
+            return;
+        constexpr ULONG kPinSharing = FILE_SHARE_READ | FILE_SHARE_WRITE;
+        handle = parent != INVALID_HANDLE_VALUE
+            ? openRelative(parent, name, FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES, kPinSharing,
+                           kFolderOptions)
+            : ReOpenFile(folder, FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES, kPinSharing,
+                         FILE_FLAG_BACKUP_SEMANTICS);
+        std::vector<std::uint64_t> place(1024);
+        IO_STATUS_BLOCK status = {};
+        NtQueryInformationFile(handle, &status, place.data(), static_cast<ULONG>(place.size() * 8), FileNameInformation);
+    }
+    void release()
+    {
+        if (handle != INVALID_HANDLE_VALUE)
+            CloseHandle(handle);
+        handle = INVALID_HANDLE_VALUE;
+    }
+};
+
+int clearHeldFolder(HANDLE folder, HANDLE parent, const std::wstring& folderName)
 {
     std::vector<std::uint64_t> buffer(64 * 1024 / sizeof(std::uint64_t));
     std::vector<std::pair<std::wstring, bool>> entries;
@@ -132,33 +165,36 @@ int clearHeldFolder(HANDLE folder)
         }
     }
     int failures = 0;
+    Pin pin{parent, folderName, folder};
     for (const auto& [name, isFolder] : entries) {
         if (isFolder) {
+            pin.release();
             const HANDLE inner = openRelative(folder, name, FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
-                                              FILE_SHARE_READ | FILE_SHARE_WRITE, kFolderOptions);
-            failures += inner == INVALID_HANDLE_VALUE ? 1 : clearHeldFolder(inner);
+                                              kShareAll, kFolderOptions);
+            failures += inner == INVALID_HANDLE_VALUE ? 1 : clearHeldFolder(inner, folder, name);
             if (inner != INVALID_HANDLE_VALUE)
                 CloseHandle(inner);
         }
+        pin.take();
         if (!deleteRelative(folder, name, isFolder)) {
             reportFailure("cannot delete", name, ERROR_GEN_FAILURE);
             ++failures;
         }
     }
+    pin.release();
     return failures;
 }
 
 int clearThroughHandles(const std::wstring& path)
 {
     const HANDLE folder = CreateFileW(path.c_str(), FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+                                      kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (folder == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         reportFailure("cannot hold", path, error);
         return 1;
     }
-    const int failures = clearHeldFolder(folder);
+    const int failures = clearHeldFolder(folder, INVALID_HANDLE_VALUE, std::wstring());
     CloseHandle(folder);
     return failures;
 }
