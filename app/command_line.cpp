@@ -93,8 +93,8 @@ int readDaysOld(const QString& value, RunOptions& options)
     if (!converted || !isAsciiInteger(value))
         return refuse("Error: Unable to convert %1 into a number!\n", value, kExitBadDaysOld);
     // A stray minus would make every file old enough, those dated in the
-    // future included.
-    if (options.daysOld < 0)
+    // future included; "-0" is refused with the others.
+    if (options.daysOld < 0 || value.startsWith(QLatin1Char('-')))
         return refuse("Error: -do needs a number of days of 0 or more, not '%1'!\n", value, kExitBadDaysOld);
     return kExitOk;
 }

@@ -155,7 +155,8 @@ ROWS = [
     *(row(f"-keep {dash}dryrun", CANARY, f"{{w}} -do 14 -keep {dash}dryrun", "Error: -keep needs a value!\n", 2)
       for dash in "\u2010\u2013\u2212\ufe63\uff0d"),
     row("-do -dryrun", CANARY, "-do -dryrun {w}", "Error: -do needs a value!\n", 2),
-    row("-do -14", CANARY, "{w} -do -14", "Error: -do needs a number of days of 0 or more, not '-14'!\n", 3),
+    *(row(f"-do {days}", CANARY, f"{{w}} -do {days}", f"Error: -do needs a number of days of 0 or more, not '{days}'!\n", 3)
+      for days in ("-14", "-0")),
     row("-do twice", CANARY, "-do 30 {w} -do 3", "Error: -do given twice!\n", 2),
     row("-age twice", CANARY, "-age write {w} -do 14 -age newest", "Error: -age given twice!\n", 2),
     row("-age ctime", CANARY, "{w} -age ctime", "Error: -age needs write or newest, not 'ctime'!\n", 2),
