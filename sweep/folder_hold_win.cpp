@@ -172,11 +172,12 @@ Removal removeHeldFolder(FolderHold& hold, HANDLE parent, const QString& name, c
     OwnedHandle folder = openForRemoval(parent, name, path, error);
     if (!folder.isOpen())
         return isGoneError(error) ? Removal::Removed : Removal::Failed;
+    // The tag read when the folder was held serves here too: the name opened
+    // without following a link is the held folder by its number, and a link
+    // set on that very folder since would go itself, never what it leads to.
     std::uint64_t found = 0;
     DWORD idError = ERROR_SUCCESS;
-    DWORD attributes = 0;
-    if (!readFolderId(folder.handle, found, idError) || found != held.fileIndex || !readAttributes(folder.handle, attributes)
-        || showsLink(folder.handle, attributes))
+    if (!readFolderId(folder.handle, found, idError) || found != held.fileIndex)
         return Removal::NotTheSame;
     error = requestDeletion(folder.handle, deletionSupportFor(held.volumeSerial));
     return error == ERROR_SUCCESS ? Removal::Removed : Removal::Failed;
