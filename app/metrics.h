@@ -37,7 +37,6 @@ QString metricsText(const MetricsRun& run, const QString& previousText);
 // Replacing the file fails while the exporter reads it without delete
 // sharing, which lasts a moment: that is tried again for this long.
 constexpr std::int64_t kReplaceRetryMilliseconds = 2000;
-constexpr std::uint32_t kErrorSharingViolation = 32;
 
 // True when a replace that failed with the system's error after this long is
 // worth another try.

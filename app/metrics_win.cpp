@@ -8,8 +8,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-static_assert(kErrorSharingViolation == ERROR_SHARING_VIOLATION);
-
 namespace {
 
 // Between two tries of a replace that a reader blocks.

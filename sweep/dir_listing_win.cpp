@@ -14,6 +14,7 @@ static_assert(kReparseTagNameSurrogate == static_cast<std::uint32_t>(IsReparseTa
 static_assert(kErrorNoMoreFiles == ERROR_NO_MORE_FILES && kErrorFileNotFound == ERROR_FILE_NOT_FOUND);
 static_assert(kErrorInvalidParameter == ERROR_INVALID_PARAMETER && kErrorNotSupported == ERROR_NOT_SUPPORTED);
 static_assert(kErrorInvalidFunction == ERROR_INVALID_FUNCTION && kErrorAccessDenied == ERROR_ACCESS_DENIED);
+static_assert(kErrorSharingViolation == ERROR_SHARING_VIOLATION);
 static_assert(kAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT && kAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
 
 namespace listing {

@@ -74,17 +74,10 @@ bool openFileToDelete(HANDLE folder, const QString& name, bool listedReadOnly, F
 DWORD deleteOpenedFile(FileToDelete& file, DeletionSupport& support)
 {
     const bool readOnly = (file.attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    DWORD error = ERROR_SUCCESS;
-    for (DeletionRequest request = firstDeletionRequest(support, readOnly); request != DeletionRequest::None;
-         request = nextDeletionRequest(request, error, readOnly, support)) {
-        if (request == DeletionRequest::ResetReadOnly) {
-            error = deleteReadOnly(file, support);
-            break;
-        }
-        error = sendDeletionRequest(file.file.handle, request);
-        if (error == ERROR_SUCCESS)
-            break;
-    }
+    bool resetReadOnly = false;
+    DWORD error = requestDeletion(file.file.handle, support, readOnly, &resetReadOnly);
+    if (resetReadOnly)
+        error = deleteReadOnly(file, support);
     file.file.close();
     return error;
 }

@@ -119,6 +119,8 @@ DeletionSupport& deletionSupportFor(std::uint32_t volumeSerial)
     return volumes[volumeSerial];
 }
 
+namespace {
+
 DWORD sendDeletionRequest(HANDLE entry, DeletionRequest request)
 {
     switch (request) {
@@ -133,11 +135,17 @@ DWORD sendDeletionRequest(HANDLE entry, DeletionRequest request)
     }
 }
 
-DWORD requestDeletion(HANDLE entry, DeletionSupport& support)
+}
+
+DWORD requestDeletion(HANDLE entry, DeletionSupport& support, bool readOnly, bool* resetReadOnly)
 {
     DWORD error = ERROR_SUCCESS;
-    for (DeletionRequest request = firstDeletionRequest(support, false); request != DeletionRequest::None;
-         request = nextDeletionRequest(request, error, false, support)) {
+    for (DeletionRequest request = firstDeletionRequest(support, readOnly); request != DeletionRequest::None;
+         request = nextDeletionRequest(request, error, readOnly, support)) {
+        if (request == DeletionRequest::ResetReadOnly) {
+            *resetReadOnly = true;
+            break;
+        }
         error = sendDeletionRequest(entry, request);
         if (error == ERROR_SUCCESS)
             break;

@@ -47,11 +47,8 @@ bool isGoneError(DWORD error);
 // requests so far in this run.
 DeletionSupport& deletionSupportFor(std::uint32_t volumeSerial);
 
-// Sends one request for the opened entry's deletion; ERROR_SUCCESS or the
-// reason. ResetReadOnly and None are not requests and fail.
-DWORD sendDeletionRequest(HANDLE entry, DeletionRequest request);
-
-// Asks for the deletion of an opened entry that is not read-only, by the best
-// request its volume knows, learning from each refusal. ERROR_SUCCESS or the
-// reason.
-DWORD requestDeletion(HANDLE entry, DeletionSupport& support);
+// Asks for the deletion of an opened entry by the best request its volume
+// knows, learning from each refusal. ERROR_SUCCESS or the reason. For a
+// read-only entry the requests may end in resetReadOnly being set: its
+// attribute must then be reset before it is asked again as any entry.
+DWORD requestDeletion(HANDLE entry, DeletionSupport& support, bool readOnly = false, bool* resetReadOnly = nullptr);

@@ -15,7 +15,6 @@ TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32
 
 // Attribute bits and reparse tags as the platform defines them.
 constexpr std::uint32_t kAttributeReadOnly = 0x00000001;
-constexpr std::uint32_t kAttributeDirectory = 0x00000010;
 constexpr std::uint32_t kAttributeReparsePoint = 0x00000400;
 constexpr std::uint32_t kAttributeOffline = 0x00001000;
 constexpr std::uint32_t kAttributeRecallOnOpen = 0x00040000;
@@ -42,6 +41,7 @@ constexpr std::uint32_t kReparseTagOneDrive = 0x80000021;
 constexpr std::uint32_t kErrorFileNotFound = 2;
 constexpr std::uint32_t kErrorInvalidFunction = 1;
 constexpr std::uint32_t kErrorAccessDenied = 5;
+constexpr std::uint32_t kErrorSharingViolation = 32;
 constexpr std::uint32_t kErrorNoMoreFiles = 18;
 constexpr std::uint32_t kErrorNotSupported = 50;
 constexpr std::uint32_t kErrorInvalidParameter = 87;
