@@ -57,7 +57,7 @@ bool isListedAsLinkUnderWine(HANDLE folder, const QString& name)
         const QString listed = listing::name(listing);
         exact = listed == name;
         if (exact || (!link && listed.compare(name, Qt::CaseInsensitive) == 0))
-            link = listing::isLink(listing);
+            link = listing::kind(listing) == EntryKind::Link;
     }
     listing::destroy(listing);
     return link;
@@ -129,23 +129,23 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
 }
 
 // The component matches whole folder names, each "*" standing for any run of
-// characters, ignoring case; a "*" matches neither files nor links, nor the
-// system's own folders at a volume's root.
+// characters, ignoring case; a "*" matches neither files nor links, nor
+// folders whose data is elsewhere, nor the system's own folders at a volume's
+// root.
 void expandIn(const FolderHold& base, const QString& basePath, const QString& pattern, const QStringList& names,
               qsizetype next, Expansion& expansion)
 {
-    const bool atVolumeRoot = isVolumeRoot(basePath);
     DirListing* listing = nullptr;
     listing::create(listing);
-    const DWORD error = listing::open(listing, base.handle(), basePath);
+    const DWORD error = listing::open(listing, base.handle(), basePath, AgeBy::Write, isVolumeRoot(basePath));
     if (error != ERROR_SUCCESS) {
         reportUnreachedFolder(basePath.chopped(1), error, expansion.pass);
         ++expansion.reported;
     }
     while (listing::next(listing)) {
         const QString name = listing::name(listing);
-        if (!listing::isFolder(listing) || listing::isLink(listing) || !matchesNamePattern(name, pattern)
-            || (atVolumeRoot && isVolumeSystemEntry(name, true)))
+        if (!listing::isFolder(listing) || listing::kind(listing) != EntryKind::Plain
+            || !matchesNamePattern(name, pattern))
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderHold match = holdFoundFolder(base, name);

@@ -16,6 +16,7 @@ static_assert(kErrorInvalidParameter == ERROR_INVALID_PARAMETER && kErrorNotSupp
 static_assert(kErrorInvalidFunction == ERROR_INVALID_FUNCTION && kErrorAccessDenied == ERROR_ACCESS_DENIED);
 static_assert(kErrorSharingViolation == ERROR_SHARING_VIOLATION);
 static_assert(kAttributeReparsePoint == FILE_ATTRIBUTE_REPARSE_POINT && kAttributeReadOnly == FILE_ATTRIBUTE_READONLY);
+static_assert(kAttributeFolder == FILE_ATTRIBUTE_DIRECTORY);
 
 namespace listing {
 
@@ -32,46 +33,22 @@ DWORD fetch(HANDLE folder, bool first, std::vector<std::uint64_t>& buffer)
     return GetLastError();
 }
 
+// The kind takes the bits above the flags.
 enum EntryFlag : std::uint8_t {
     kFolder = 1,
-    kLink = 2,
-    kReadOnly = 4,
-    kOffline = 8,
-    kFreesSpace = 16,
+    kReadOnly = 2,
+    kFreesSpace = 4,
 };
+constexpr int kKindShift = 3;
 
-// The longest name a block takes, and the block's length.
-constexpr std::size_t kNameBlockUnits = 65535;
-
-// Where the name goes: the last block, or a new one when it is full. The
-// first block grows with the folder; a folder that fills it is a large one,
-// and each later block is taken whole at once.
-void storeName(DirListing& listing, const char16_t* units, std::size_t length, ListedEntry& entry)
+std::uint8_t flagsOf(const EntryFacts& facts)
 {
-    if (listing.nameBlocks.empty() || listing.nameBlocks.back().size() + length > kNameBlockUnits) {
-        listing.nameBlocks.emplace_back();
-        if (listing.nameBlocks.size() > 1)
-            listing.nameBlocks.back().reserve(kNameBlockUnits);
-    }
-    std::u16string& block = listing.nameBlocks.back();
-    entry.nameBlock = static_cast<std::uint32_t>(listing.nameBlocks.size() - 1);
-    entry.nameStart = static_cast<std::uint16_t>(block.size());
-    entry.nameLength = static_cast<std::uint16_t>(length);
-    block.append(units, length);
-}
-
-std::uint8_t flagsOf(DWORD attributes, DWORD reparseTag)
-{
-    std::uint8_t flags = 0;
-    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+    std::uint8_t flags = static_cast<std::uint8_t>(static_cast<std::uint8_t>(entryKind(facts)) << kKindShift);
+    if ((facts.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
         flags |= kFolder;
-    if (isLinkEntry(attributes, reparseTag))
-        flags |= kLink;
-    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0)
+    if ((facts.attributes & FILE_ATTRIBUTE_READONLY) != 0)
         flags |= kReadOnly;
-    if (isOfflineEntry(attributes, reparseTag))
-        flags |= kOffline;
-    if (freesItsSpace(attributes, reparseTag))
+    if (freesItsSpace(facts.attributes, facts.reparseTag))
         flags |= kFreesSpace;
     return flags;
 }
@@ -80,22 +57,26 @@ std::uint8_t flagsOf(DWORD attributes, DWORD reparseTag)
 // otherwise be counted.
 void append(DirListing& listing, const FILE_FULL_DIR_INFO& entry)
 {
-    const auto* units = reinterpret_cast<const char16_t*>(entry.FileName);
-    const std::size_t length = entry.FileNameLength / sizeof(wchar_t);
-    if (isSelfOrParent(QString::fromRawData(reinterpret_cast<const QChar*>(units), static_cast<qsizetype>(length))))
+    const QString name = QString::fromRawData(reinterpret_cast<const QChar*>(entry.FileName),
+                                              static_cast<qsizetype>(entry.FileNameLength / sizeof(wchar_t)));
+    if (isSelfOrParent(name))
         return;
-    ListedEntry listed;
+    EntryValues values;
     const TimeStamp written =
         entryTime(entry.LastWriteTime.LowPart, static_cast<std::uint32_t>(entry.LastWriteTime.HighPart),
                   entry.CreationTime.LowPart, static_cast<std::uint32_t>(entry.CreationTime.HighPart));
     const TimeStamp changed =
         fileTimeToSeconds(entry.ChangeTime.LowPart, static_cast<std::uint32_t>(entry.ChangeTime.HighPart));
-    listed.time = ageTime(written, changed, listing.ageBy);
-    listed.size = entry.EndOfFile.QuadPart;
-    listed.allocation = entry.AllocationSize.QuadPart;
-    listed.flags = flagsOf(entry.FileAttributes, entry.EaSize);
-    storeName(listing, units, length, listed);
-    listing.entries.push_back(listed);
+    values.time = ageTime(written, changed, listing.ageBy);
+    values.size = entry.EndOfFile.QuadPart;
+    values.allocation = entry.AllocationSize.QuadPart;
+    EntryFacts facts;
+    facts.name = name;
+    facts.attributes = entry.FileAttributes;
+    facts.reparseTag = entry.EaSize;
+    facts.atVolumeRoot = listing.atVolumeRoot;
+    values.flags = flagsOf(facts);
+    packEntry(listing.entries, values, name);
 }
 
 DWORD readAll(DirListing& listing, HANDLE folder)
@@ -120,29 +101,9 @@ DWORD readAll(DirListing& listing, HANDLE folder)
     }
 }
 
-void clearLists(DirListing& listing)
-{
-    listing.entries.clear();
-    listing.nameBlocks.clear();
-}
-
-// Whether there is a current entry.
-bool atEntry(const DirListing& listing)
-{
-    return listing.index >= 0 && static_cast<std::size_t>(listing.index) < listing.entries.size();
-}
-
-const ListedEntry* current(DirListing* handle)
-{
-    if (handle == nullptr || !atEntry(*handle))
-        return nullptr;
-    return &handle->entries[static_cast<std::size_t>(handle->index)];
-}
-
 bool hasFlag(DirListing* handle, std::uint8_t flag)
 {
-    const ListedEntry* entry = current(handle);
-    return entry != nullptr && (entry->flags & flag) != 0;
+    return handle != nullptr && handle->isOpen && (handle->values.flags & flag) != 0;
 }
 
 }
@@ -152,17 +113,19 @@ void create(DirListing*& handle)
     handle = new DirListing;
 }
 
-DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath, AgeBy ageBy)
+DWORD open(DirListing*& handle, HANDLE folder, const QString& folderPath, AgeBy ageBy, bool atVolumeRoot)
 {
     if (handle == nullptr)
         return ERROR_INVALID_HANDLE;
     DirListing& listing = *handle;
     listing.prefix = folderPrefix(folderPath);
     listing.ageBy = ageBy;
-    clearLists(listing);
+    listing.atVolumeRoot = atVolumeRoot;
+    clearEntries(listing.entries);
     const DWORD error = readAll(listing, folder);
     listing.isOpen = true;
-    listing.index = -1;
+    listing.values = EntryValues();
+    listing.name.clear();
     return error;
 }
 
@@ -171,10 +134,10 @@ bool next(DirListing*& handle)
     if (handle == nullptr || !handle->isOpen)
         return false;
     DirListing& listing = *handle;
-    ++listing.index;
-    if (atEntry(listing))
+    if (unpackEntry(listing.entries, listing.values, listing.name))
         return true;
     listing.isOpen = false;
+    listing.name.clear();
     return false;
 }
 
@@ -183,19 +146,16 @@ bool isFolder(DirListing*& handle)
     return hasFlag(handle, kFolder);
 }
 
-bool isLink(DirListing*& handle)
+EntryKind kind(DirListing*& handle)
 {
-    return hasFlag(handle, kLink);
+    if (handle == nullptr || !handle->isOpen)
+        return EntryKind::Plain;
+    return static_cast<EntryKind>(handle->values.flags >> kKindShift);
 }
 
 bool isReadOnly(DirListing*& handle)
 {
     return hasFlag(handle, kReadOnly);
-}
-
-bool isOffline(DirListing*& handle)
-{
-    return hasFlag(handle, kOffline);
 }
 
 bool freesSpace(DirListing*& handle)
@@ -205,11 +165,7 @@ bool freesSpace(DirListing*& handle)
 
 QString name(DirListing*& handle)
 {
-    const ListedEntry* entry = current(handle);
-    if (entry == nullptr)
-        return QString();
-    const std::u16string& block = handle->nameBlocks[entry->nameBlock];
-    return QString::fromUtf16(block.data() + entry->nameStart, entry->nameLength);
+    return handle == nullptr ? QString() : handle->name;
 }
 
 QString fullPath(DirListing*& handle)
@@ -220,20 +176,17 @@ QString fullPath(DirListing*& handle)
 
 TimeStamp time(DirListing*& handle)
 {
-    const ListedEntry* entry = current(handle);
-    return entry == nullptr ? 0 : entry->time;
+    return handle == nullptr ? 0 : handle->values.time;
 }
 
 std::int64_t size(DirListing*& handle)
 {
-    const ListedEntry* entry = current(handle);
-    return entry == nullptr ? 0 : entry->size;
+    return handle == nullptr ? 0 : handle->values.size;
 }
 
 std::int64_t allocation(DirListing*& handle)
 {
-    const ListedEntry* entry = current(handle);
-    return entry == nullptr ? 0 : entry->allocation;
+    return handle == nullptr ? 0 : handle->values.allocation;
 }
 
 void destroy(DirListing*& handle)

@@ -40,13 +40,15 @@ bool readFolderId(HANDLE folder, std::uint64_t& id, DWORD& error)
 
 // The tag is asked for only where the attributes show a reparse point: FAT
 // and exFAT refuse the question for every folder.
-bool showsLink(HANDLE folder, DWORD attributes)
+EntryFacts factsOf(HANDLE folder, const QString& name, DWORD attributes)
 {
+    EntryFacts facts{name, attributes};
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
-        return false;
+        return facts;
     FILE_ATTRIBUTE_TAG_INFO info = {};
-    const bool tagKnown = GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &info, sizeof info) != FALSE;
-    return showsLinkByHandle(attributes, tagKnown, info.ReparseTag);
+    facts.tagKnown = GetFileInformationByHandleEx(folder, FileAttributeTagInfo, &info, sizeof info) != FALSE;
+    facts.reparseTag = info.ReparseTag;
+    return facts;
 }
 
 bool readAttributes(HANDLE folder, DWORD& attributes)
@@ -139,7 +141,8 @@ FolderHold holdFoundFolder(const FolderHold& parent, const QString& name)
         hold.folder.close();
         return hold;
     }
-    if (showsLink(hold.handle(), attributes)) {
+    hold.facts = factsOf(hold.handle(), name, attributes);
+    if (entryKind(hold.facts) == EntryKind::Link) {
         hold.folder.close();
         hold.isLink = true;
     }

@@ -15,6 +15,8 @@ struct FolderHold {
     OwnedHandle folder;
     // The handle showed a link where the listing had seen a folder.
     bool isLink = false;
+    // What the handle of a folder found in a held one showed.
+    EntryFacts facts;
     // Nothing is there: the open said so.
     bool isMissing = false;
     // Something other than a folder is there, put in the folder's place since

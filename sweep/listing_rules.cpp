@@ -59,22 +59,28 @@ bool isOneOf(const QString& name, const char* const (&names)[N])
     return false;
 }
 
+bool isVolumeSystemName(const QString& name, bool isFolder)
+{
+    return isFolder ? isOneOf(name, kVolumeSystemFolders) : isOneOf(name, kVolumeSystemFiles);
 }
 
-bool isLinkEntry(std::uint32_t attributes, std::uint32_t reparseTag)
+bool isLink(std::uint32_t attributes, bool tagKnown, std::uint32_t reparseTag)
 {
     if (!isReparsePoint(attributes))
         return false;
-    if ((reparseTag & kReparseTagNameSurrogate) != 0)
+    if (!tagKnown || (reparseTag & kReparseTagNameSurrogate) != 0)
         return true;
     return !keepsDataInPlace(reparseTag);
 }
 
-bool showsLinkByHandle(std::uint32_t attributes, bool tagKnown, std::uint32_t reparseTag)
+bool isOffline(std::uint32_t attributes, std::uint32_t reparseTag)
 {
-    if (!isReparsePoint(attributes))
-        return false;
-    return !tagKnown || isLinkEntry(attributes, reparseTag);
+    constexpr std::uint32_t kNotHere = kAttributeOffline | kAttributeRecallOnOpen | kAttributeRecallOnDataAccess;
+    if ((attributes & kNotHere) != 0)
+        return true;
+    return isReparsePoint(attributes) && isCloudFilesTag(reparseTag);
+}
+
 }
 
 bool isUnsupportedRequest(std::uint32_t error)
@@ -92,17 +98,16 @@ bool freesItsSpace(std::uint32_t attributes, std::uint32_t reparseTag)
     return !isReparsePoint(attributes) || (reparseTag != kReparseTagDedup && reparseTag != kReparseTagWof);
 }
 
-bool isVolumeSystemEntry(const QString& name, bool isFolder)
+EntryKind entryKind(const EntryFacts& facts)
 {
-    return isFolder ? isOneOf(name, kVolumeSystemFolders) : isOneOf(name, kVolumeSystemFiles);
-}
-
-bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag)
-{
-    constexpr std::uint32_t kNotHere = kAttributeOffline | kAttributeRecallOnOpen | kAttributeRecallOnDataAccess;
-    if ((attributes & kNotHere) != 0)
-        return true;
-    return isReparsePoint(attributes) && isCloudFilesTag(reparseTag);
+    const bool isFolder = (facts.attributes & kAttributeFolder) != 0;
+    if (facts.atVolumeRoot && isVolumeSystemName(facts.name, isFolder))
+        return EntryKind::VolumeSystem;
+    if (isOffline(facts.attributes, facts.reparseTag))
+        return EntryKind::Offline;
+    if (isLink(facts.attributes, facts.tagKnown, facts.reparseTag))
+        return EntryKind::Link;
+    return facts.onPath ? EntryKind::Loop : EntryKind::Plain;
 }
 
 bool isSelfOrParent(const QString& name)

@@ -15,6 +15,7 @@ TimeStamp entryTime(std::uint32_t writeLow, std::uint32_t writeHigh, std::uint32
 
 // Attribute bits and reparse tags as the platform defines them.
 constexpr std::uint32_t kAttributeReadOnly = 0x00000001;
+constexpr std::uint32_t kAttributeFolder = 0x00000010;
 constexpr std::uint32_t kAttributeReparsePoint = 0x00000400;
 constexpr std::uint32_t kAttributeOffline = 0x00001000;
 constexpr std::uint32_t kAttributeRecallOnOpen = 0x00040000;
@@ -48,19 +49,6 @@ constexpr std::uint32_t kErrorInvalidParameter = 87;
 
 bool isCloudFilesTag(std::uint32_t reparseTag);
 
-// A link to another folder: a reparse point whose tag names another place
-// (junctions, mount points, symbolic links), or whose tag is zero or not known
-// to keep its data in place. Wine shows a Linux symbolic link to a folder as a
-// reparse point with tag zero. Data placeholders, such as cloud files, are
-// ordinary entries.
-bool isLinkEntry(std::uint32_t attributes, std::uint32_t reparseTag);
-
-// Whether a folder opened by its handle shows a link. Only a reparse point is
-// asked for its tag: FAT and exFAT have none and refuse the question. Where the
-// tag cannot be had, a reparse point is taken for a link, since a folder whose
-// kind cannot be told is never entered.
-bool showsLinkByHandle(std::uint32_t attributes, bool tagKnown, std::uint32_t reparseTag);
-
 // A folder's identity: its volume's serial number and its number there. Two
 // handles with the same identity stand for the same folder, whatever names led
 // to them.
@@ -87,16 +75,40 @@ bool endsListing(std::uint32_t error, bool firstFetch);
 // counts on it.
 bool freesItsSpace(std::uint32_t attributes, std::uint32_t reparseTag);
 
-// The entries that the system keeps at the root of a volume: the volume's own
-// data (shadow copies, deduplication's chunk store, quotas, replication), the
-// recycle bin, and the paging, swap, hibernation and crash-dump files. None is
-// ever entered, deleted, removed or matched by a "*".
-bool isVolumeSystemEntry(const QString& name, bool isFolder);
+// What an entry is, for all that walks a tree:
+// - VolumeSystem: one of the entries that the system keeps at the root of a
+//   volume: the volume's own data (shadow copies, deduplication's chunk
+//   store, quotas, replication), the recycle bin, and the paging, swap,
+//   hibernation and crash-dump files. None is ever entered, deleted, removed
+//   or matched by a "*".
+// - Offline: its data is not on this machine: offline, recalled from
+//   elsewhere when opened or read, or a cloud-files placeholder, whose
+//   deletion would delete the cloud's copy too. It is kept and never entered.
+// - Link: a reparse point whose tag names another place (junctions, mount
+//   points, symbolic links), or whose tag is zero, unknown, or could not be
+//   had. Wine shows a Linux symbolic link to a folder as a reparse point with
+//   tag zero. Data placeholders, such as cloud files, are no links.
+// - Loop: a folder that leads back up the path, such as a file server's link
+//   shown as a plain folder or a folder mounted into itself.
+// Where several hold, the first of them in this order is the entry's kind.
+enum class EntryKind : std::uint8_t { Plain, VolumeSystem, Offline, Link, Loop };
 
-// An entry whose data is not on this machine: offline, recalled from elsewhere
-// when opened or read, or a cloud-files placeholder, whose deletion would
-// delete the cloud's copy too. The sweep keeps it and never enters it.
-bool isOfflineEntry(std::uint32_t attributes, std::uint32_t reparseTag);
+// What is known of an entry, from its listing or from a handle held on it.
+struct EntryFacts {
+    QString name;
+    std::uint32_t attributes = 0;
+    std::uint32_t reparseTag = 0;
+    // A handle is asked for the tag only at a reparse point: FAT and exFAT
+    // have none and refuse the question. Where the tag could not be had, the
+    // entry is taken for a link, since a folder whose kind cannot be told is
+    // never entered.
+    bool tagKnown = true;
+    bool atVolumeRoot = false;
+    // A folder held on the current path has the same identity.
+    bool onPath = false;
+};
+
+EntryKind entryKind(const EntryFacts& facts);
 
 // "." and ".." stand for the folder and its parent, not for entries of it.
 // Other names beginning with a dot, such as ".git", are entries.

@@ -103,10 +103,10 @@ void keepOffline(const QString& name, bool isFolder, const Walk& walk, FolderVer
 }
 
 // What the system keeps at a volume's root is the volume's, not a job's.
-bool keepVolumeSystemEntry(const QString& name, bool isFolder, bool atVolumeRoot, const Walk& walk,
+bool keepVolumeSystemEntry(const QString& name, bool isFolder, EntryKind kind, const Walk& walk,
                            FolderVerdict& verdict)
 {
-    if (!atVolumeRoot || !isVolumeSystemEntry(name, isFolder))
+    if (kind != EntryKind::VolumeSystem)
         return false;
     logDecision(walk, "-sys", name, isFolder);
     markKept(verdict);
@@ -171,8 +171,6 @@ struct FolderFrame {
     OwnedHandle pin;
     // Moved, removed or replaced since it was reached: left alone from then on.
     bool abandoned = false;
-    // The root of a volume, where the system keeps entries of its own.
-    bool atVolumeRoot = false;
     // The folder's age time as its parent listed it. The folder the walk
     // starts at has no such entry and is not dated: it goes, when asked to,
     // as soon as it is empty.
@@ -244,7 +242,7 @@ void deleteFile(FolderFrame& frame, const Walk& walk)
         return;
     FileToDelete file;
     const bool opened = openFileToDelete(frame.hold.handle(), name, listing::isReadOnly(listing), file);
-    if (opened && isOfflineEntry(file.attributes, 0)) {
+    if (opened && entryKind(EntryFacts{name, file.attributes}) == EntryKind::Offline) {
         keepOffline(name, false, walk, verdict);
         return;
     }
@@ -295,10 +293,10 @@ void sweepFile(FolderFrame& frame, const Walk& walk)
     DirListing*& listing = frame.listing;
     FolderVerdict& verdict = frame.verdict;
     const QString name = listing::name(listing);
-    if (keepByName(name, false, walk, verdict)
-        || keepVolumeSystemEntry(name, false, frame.atVolumeRoot, walk, verdict))
+    const EntryKind kind = listing::kind(listing);
+    if (keepByName(name, false, walk, verdict) || keepVolumeSystemEntry(name, false, kind, walk, verdict))
         return;
-    if (listing::isOffline(listing)) {
+    if (kind == EntryKind::Offline) {
         keepOffline(name, false, walk, verdict);
         return;
     }
@@ -326,7 +324,6 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
 {
     const FolderFrame* parent = path.frames.empty() ? nullptr : &path.frames.back();
     FolderFrame& frame = path.frames.emplace_back(folder, name, removeIfEmpty, std::move(hold));
-    frame.atVolumeRoot = atVolumeRoot;
     if (parent != nullptr) {
         frame.parent = parent->hold.handle();
         if (!parent->expectedPath.isEmpty())
@@ -341,13 +338,21 @@ void enterFolder(FolderPath& path, const QString& folder, const QString& name, b
         appendToLog(walk, latin("   [") + folder + latin("]: \n"));
     DWORD error = frame.hold.error;
     if (frame.hold.isHeld())
-        error = listing::open(frame.listing, frame.hold.handle(), folder, walk.settings.ageBy);
+        error = listing::open(frame.listing, frame.hold.handle(), folder, walk.settings.ageBy, atVolumeRoot);
     frame.now = currentTime();
     printProgress(folder, walk.out.progressStamp, frame.now);
     if (error == ERROR_SUCCESS)
         return;
     reportError(walk, latin("Error reading folder ") + folder, toQString(systemErrorText(error)));
     markKept(frame.verdict);
+}
+
+// What the folder's own handle shows it to be, on the path it was found on.
+EntryKind heldKind(const FolderHold& hold, const FolderPath& path)
+{
+    EntryFacts facts = hold.facts;
+    facts.onPath = hold.isHeld() && path.identities.count(hold.identity) != 0;
+    return entryKind(facts);
 }
 
 // A link below the named folder is neither entered nor removed: whatever it
@@ -363,10 +368,10 @@ void keepLink(const QString& name, const Walk& walk, FolderVerdict& verdict)
 void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
 {
     const QString name = listing::name(parent.listing);
-    if (keepByName(name, true, walk, parent.verdict)
-        || keepVolumeSystemEntry(name, true, parent.atVolumeRoot, walk, parent.verdict))
+    const EntryKind kind = listing::kind(parent.listing);
+    if (keepByName(name, true, walk, parent.verdict) || keepVolumeSystemEntry(name, true, kind, walk, parent.verdict))
         return;
-    if (listing::isOffline(parent.listing)) {
+    if (kind == EntryKind::Offline) {
         keepOffline(name, true, walk, parent.verdict);
         return;
     }
@@ -378,12 +383,13 @@ void visitSubfolder(FolderPath& path, FolderFrame& parent, const Walk& walk)
         parent.verdict.nothingLeft = false;
         return;
     }
-    if (listing::isLink(parent.listing)) {
+    if (kind == EntryKind::Link) {
         keepLink(name, walk, parent.verdict);
         return;
     }
     FolderHold hold = holdFoundFolder(parent.hold, name);
-    if (hold.isLink || (hold.isHeld() && path.identities.count(hold.identity) != 0)) {
+    const EntryKind held = heldKind(hold, path);
+    if (held == EntryKind::Link || held == EntryKind::Loop) {
         keepLink(name, walk, parent.verdict);
         return;
     }

@@ -17,39 +17,54 @@ constexpr std::uint32_t kSymlinkTag = 0xA000000C;
 constexpr std::uint32_t kMountPointTag = 0xA0000003;
 
 // Wine makes symbolic links only; the other tags stand for what the file
-// systems of a render node may hold. A handle is asked for its tag only at a
-// reparse point, so FAT's refusal of the question never makes a plain folder a
-// link, and a reparse point whose tag cannot be had is one.
-TEST(LinkEntry, NameSurrogatesZeroAndUnknownTagsAreLinksPlaceholdersAreNot)
+// systems of a render node may hold. Values as Windows documents them:
+// offline, recall on open, recall on data access, the cloud-files tag and its
+// numbered variants. A handle is asked for its tag only at a reparse point, so
+// FAT's refusal of the question never makes a plain folder a link, and a
+// reparse point whose tag cannot be had is one.
+TEST(EntryKind, EachEntryIsOneKindAndTheFirstThatHoldsWins)
 {
-    const struct { std::uint32_t attributes, tag; bool isLink; } cases[] = {
-        {kFolder, kSymlinkTag, false},         {kReparse, 0, true},
-        {kReparse, kMountPointTag, true},      {kReparse, 0x8000000A, true},
-        {kReparse, 0x00001234, true},          {kReparse, 0x9000001A, false},
-        {kReparse, 0x9000F01A, false},         {kReparse, kReparseTagDedup, false},
-        {kReparse, kReparseTagWof, false},     {kReparse, kReparseTagOneDrive, false},
+    using K = EntryKind;
+    constexpr bool known = true, unknown = false, root = true, below = false, onPath = true, off = false;
+    const struct { const char* name; std::uint32_t attributes, tag; bool tagKnown, atRoot, onPath; K kind; } cases[] = {
+        {"a", kFolder, kSymlinkTag, known, below, off, K::Plain},
+        {"a", kReparse, 0, known, below, off, K::Link},
+        {"a", kReparse, kMountPointTag, known, below, off, K::Link},
+        {"a", kReparse, 0x8000000A, known, below, off, K::Link},
+        {"a", kReparse, 0x00001234, known, below, off, K::Link},
+        {"a", 0x00000420, 0x9000001B, known, below, off, K::Link},
+        {"a", kReparse, kReparseTagDedup, known, below, off, K::Plain},
+        {"a", kReparse, kReparseTagWof, known, below, off, K::Plain},
+        {"a", kReparse, kReparseTagOneDrive, known, below, off, K::Plain},
+        {"a", kFolder, 0, unknown, below, off, K::Plain},
+        {"a", kReparse, 0, unknown, below, off, K::Link},
+        {"a", 0x00000020, 0, known, below, off, K::Plain},
+        {"a", 0x00001020, 0, known, below, off, K::Offline},
+        {"a", 0x00040010, 0, known, below, off, K::Offline},
+        {"a", 0x00400020, 0, known, below, off, K::Offline},
+        {"a", 0x00000420, 0x9000001A, known, below, off, K::Offline},
+        {"a", 0x00000420, 0x9000101A, known, below, off, K::Offline},
+        {"a", kReparse, 0x9000F01A, known, below, off, K::Offline},
+        {"a", 0x00000020, 0x9000001A, known, below, off, K::Plain},
+        {"a", 0x00001410, kSymlinkTag, known, below, off, K::Offline},
+        {"a", kFolder, 0, known, below, onPath, K::Loop},
+        {"a", kReparse, kSymlinkTag, known, below, onPath, K::Link},
+        {"System Volume Information", kFolder, 0, known, root, off, K::VolumeSystem},
+        {"$Recycle.Bin", kReparse, kSymlinkTag, known, root, off, K::VolumeSystem},
+        {"PAGEFILE.SYS", 0x20, 0, known, root, off, K::VolumeSystem},
+        {"swapfile.sys", 0x20, 0, known, root, off, K::VolumeSystem},
+        {"hiberfil.sys", 0x20, 0, known, root, off, K::VolumeSystem},
+        {"DumpStack.log.tmp", 0x1020, 0, known, root, off, K::VolumeSystem},
+        {"System Volume Information", 0x20, 0, known, root, off, K::Plain},
+        {"pagefile.sys", kFolder, 0, known, root, off, K::Plain},
+        {"pagefile.sys.bak", 0x20, 0, known, root, off, K::Plain},
+        {"System Volume", kFolder, 0, known, root, off, K::Plain},
+        {"pagefile.sys", 0x20, 0, known, below, off, K::Plain},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(isLinkEntry(c.attributes, c.tag), c.isLink) << std::hex << c.attributes << " " << c.tag;
-        EXPECT_EQ(showsLinkByHandle(c.attributes, true, c.tag), c.isLink) << std::hex << c.tag;
+        EntryFacts facts{QString::fromLatin1(c.name), c.attributes, c.tag, c.tagKnown, c.atRoot, c.onPath};
+        EXPECT_EQ(entryKind(facts), c.kind) << c.name << std::hex << " " << c.attributes << " " << c.tag;
     }
-    EXPECT_FALSE(showsLinkByHandle(kFolder, false, 0));
-    EXPECT_TRUE(showsLinkByHandle(kReparse, false, 0));
-}
-
-// Values as Windows documents them: offline, recall on open, recall on data
-// access, a reparse point, the cloud-files tag and its numbered variants.
-TEST(OfflineEntry, DataNotOnTheNodeIsKeptWhateverElseIsTrue)
-{
-    const struct { std::uint32_t attributes, tag; bool offline; } cases[] = {
-        {0x00000020, 0, false},         {0x00001020, 0, true},
-        {0x00040010, 0, true},          {0x00400020, 0, true},
-        {0x00000420, 0x9000001A, true}, {0x00000420, 0x9000101A, true},
-        {0x00000410, 0x9000F01A, true}, {0x00000020, 0x9000001A, false},
-        {0x00000420, 0x9000001B, false}, {0x00000410, 0xA000000C, false},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(isOfflineEntry(c.attributes, c.tag), c.offline) << std::hex << c.attributes << " " << c.tag;
 }
 
 TEST(ListingEnd, OnlyAFirstFetchMayFindNothingAtAll)
@@ -69,19 +84,6 @@ TEST(FreedSpace, DeduplicatedAndCompressedFilesFreeNothingToCountOn)
     EXPECT_TRUE(freesItsSpace(0x420, kSymlinkTag));
     EXPECT_FALSE(freesItsSpace(0x420, kReparseTagDedup));
     EXPECT_FALSE(freesItsSpace(0x420, kReparseTagWof));
-}
-
-TEST(VolumeSystemEntry, FoldersAndFilesOfTheSystemByKindIgnoringCase)
-{
-    const struct { const char* name; bool isFolder, system; } cases[] = {
-        {"System Volume Information", true, true}, {"$Recycle.Bin", true, true},
-        {"PAGEFILE.SYS", false, true},             {"swapfile.sys", false, true},
-        {"hiberfil.sys", false, true},             {"DumpStack.log.tmp", false, true},
-        {"System Volume Information", false, false}, {"pagefile.sys", true, false},
-        {"pagefile.sys.bak", false, false},        {"System Volume", true, false},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(isVolumeSystemEntry(QString::fromLatin1(c.name), c.isFolder), c.system) << c.name;
 }
 
 // In the order of DeletionRequest.
