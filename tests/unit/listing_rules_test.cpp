@@ -25,44 +25,33 @@ constexpr std::uint32_t kMountPointTag = 0xA0000003;
 TEST(EntryKind, EachEntryIsOneKindAndTheFirstThatHoldsWins)
 {
     using K = EntryKind;
-    constexpr bool known = true, unknown = false, root = true, below = false, onPath = true, off = false;
-    const struct { const char* name; std::uint32_t attributes, tag; bool tagKnown, atRoot, onPath; K kind; } cases[] = {
-        {"a", kFolder, kSymlinkTag, known, below, off, K::Plain},
-        {"a", kReparse, 0, known, below, off, K::Link},
-        {"a", kReparse, kMountPointTag, known, below, off, K::Link},
-        {"a", kReparse, 0x8000000A, known, below, off, K::Link},
-        {"a", kReparse, 0x00001234, known, below, off, K::Link},
-        {"a", 0x00000420, 0x9000001B, known, below, off, K::Link},
-        {"a", kReparse, kReparseTagDedup, known, below, off, K::Plain},
-        {"a", kReparse, kReparseTagWof, known, below, off, K::Plain},
-        {"a", kReparse, kReparseTagOneDrive, known, below, off, K::Plain},
-        {"a", kFolder, 0, unknown, below, off, K::Plain},
-        {"a", kReparse, 0, unknown, below, off, K::Link},
-        {"a", 0x00000020, 0, known, below, off, K::Plain},
-        {"a", 0x00001020, 0, known, below, off, K::Offline},
-        {"a", 0x00040010, 0, known, below, off, K::Offline},
-        {"a", 0x00400020, 0, known, below, off, K::Offline},
-        {"a", 0x00000420, 0x9000001A, known, below, off, K::Offline},
-        {"a", 0x00000420, 0x9000101A, known, below, off, K::Offline},
-        {"a", kReparse, 0x9000F01A, known, below, off, K::Offline},
-        {"a", 0x00000020, 0x9000001A, known, below, off, K::Plain},
-        {"a", 0x00001410, kSymlinkTag, known, below, off, K::Offline},
-        {"a", kFolder, 0, known, below, onPath, K::Loop},
-        {"a", kReparse, kSymlinkTag, known, below, onPath, K::Link},
-        {"System Volume Information", kFolder, 0, known, root, off, K::VolumeSystem},
-        {"$Recycle.Bin", kReparse, kSymlinkTag, known, root, off, K::VolumeSystem},
-        {"PAGEFILE.SYS", 0x20, 0, known, root, off, K::VolumeSystem},
-        {"swapfile.sys", 0x20, 0, known, root, off, K::VolumeSystem},
-        {"hiberfil.sys", 0x20, 0, known, root, off, K::VolumeSystem},
-        {"DumpStack.log.tmp", 0x1020, 0, known, root, off, K::VolumeSystem},
-        {"System Volume Information", 0x20, 0, known, root, off, K::Plain},
-        {"pagefile.sys", kFolder, 0, known, root, off, K::Plain},
-        {"pagefile.sys.bak", 0x20, 0, known, root, off, K::Plain},
-        {"System Volume", kFolder, 0, known, root, off, K::Plain},
-        {"pagefile.sys", 0x20, 0, known, below, off, K::Plain},
+    // Where the entry stands, beyond its attributes and tag: "tag?" for a tag
+    // a handle could not give, "root" at a volume's root, "path" for a folder
+    // already on the path.
+    const struct { const char* name; std::uint32_t attributes, tag; const char* where; K kind; } cases[] = {
+        {"a", kFolder, kSymlinkTag, "", K::Plain}, {"a", kReparse, 0, "", K::Link},
+        {"a", kReparse, kMountPointTag, "", K::Link}, {"a", kReparse, 0x8000000A, "", K::Link},
+        {"a", kReparse, 0x00001234, "", K::Link}, {"a", 0x00000420, 0x9000001B, "", K::Link},
+        {"a", kReparse, kReparseTagDedup, "", K::Plain}, {"a", kReparse, kReparseTagWof, "", K::Plain},
+        {"a", kReparse, kReparseTagOneDrive, "", K::Plain}, {"a", kFolder, 0, "tag?", K::Plain},
+        {"a", kReparse, 0, "tag?", K::Link}, {"a", 0x00000020, 0, "", K::Plain},
+        {"a", 0x00001020, 0, "", K::Offline}, {"a", 0x00040010, 0, "", K::Offline},
+        {"a", 0x00400020, 0, "", K::Offline}, {"a", 0x00000420, 0x9000001A, "", K::Offline},
+        {"a", 0x00000420, 0x9000101A, "", K::Offline}, {"a", kReparse, 0x9000F01A, "", K::Offline},
+        {"a", 0x00000020, 0x9000001A, "", K::Plain}, {"a", 0x00001410, kSymlinkTag, "", K::Offline},
+        {"a", kFolder, 0, "path", K::Loop}, {"a", kReparse, kSymlinkTag, "path", K::Link},
+        {"System Volume Information", kFolder, 0, "root", K::VolumeSystem},
+        {"$Recycle.Bin", kReparse, kSymlinkTag, "root", K::VolumeSystem},
+        {"PAGEFILE.SYS", 0x20, 0, "root", K::VolumeSystem}, {"swapfile.sys", 0x20, 0, "root", K::VolumeSystem},
+        {"hiberfil.sys", 0x20, 0, "root", K::VolumeSystem}, {"DumpStack.log.tmp", 0x1020, 0, "root", K::VolumeSystem},
+        {"System Volume Information", 0x20, 0, "root", K::Plain}, {"pagefile.sys", kFolder, 0, "root", K::Plain},
+        {"pagefile.sys.bak", 0x20, 0, "root", K::Plain}, {"System Volume", kFolder, 0, "root", K::Plain},
+        {"pagefile.sys", 0x20, 0, "", K::Plain},
     };
     for (const auto& c : cases) {
-        EntryFacts facts{QString::fromLatin1(c.name), c.attributes, c.tag, c.tagKnown, c.atRoot, c.onPath};
+        const std::string where = c.where;
+        EntryFacts facts{QString::fromLatin1(c.name), c.attributes, c.tag, where != "tag?", where == "root",
+                         where == "path"};
         EXPECT_EQ(entryKind(facts), c.kind) << c.name << std::hex << " " << c.attributes << " " << c.tag;
     }
 }

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cstdint>
 #include <string>
-#include <vector>
+#include <tuple>
 
 namespace {
 
@@ -14,8 +14,7 @@ namespace {
 // longer than a block gets a block of its own, and what follows a new one.
 TEST(PackedEntries, EveryValueAndNameComesBackInOrder)
 {
-    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-    constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+    constexpr std::int64_t kMost = INT64_MAX, kLeast = INT64_MIN;
     const struct { std::u16string name; EntryValues values; } cases[] = {
         {u"frame_0000001.exr", {1764000000, 0, 0, 5}},
         {u"caf\u00e9 \u00ff", {-11644473600, 1, 4096, 0x7F}},
@@ -35,11 +34,9 @@ TEST(PackedEntries, EveryValueAndNameComesBackInOrder)
     for (int round = 0; round < kRounds; ++round) {
         for (const auto& c : cases) {
             ASSERT_TRUE(unpackEntry(entries, values, name)) << round;
-            ASSERT_EQ(name, QString::fromStdU16String(c.name)) << round;
-            ASSERT_EQ(values.time, c.values.time);
-            ASSERT_EQ(values.size, c.values.size);
-            ASSERT_EQ(values.allocation, c.values.allocation);
-            ASSERT_EQ(values.flags, c.values.flags);
+            ASSERT_EQ(std::tie(name, values.time, values.size, values.allocation, values.flags),
+                      std::make_tuple(QString::fromStdU16String(c.name), c.values.time, c.values.size,
+                                      c.values.allocation, c.values.flags));
         }
     }
     EXPECT_FALSE(unpackEntry(entries, values, name));
