@@ -22,10 +22,11 @@ TEST_F(FolderPinTest, AHeldFolderCanBeRenamedAPinnedOneCannotAndAMovedOrReplaced
         return MoveFileExW(asWide(path(QLatin1String(from)).utf16()), asWide(path(QLatin1String(to)).utf16()), 0);
     };
     OwnedHandle pinned;
+    QString expected = place;
     const auto pin = [&] {
         DWORD error = ERROR_SUCCESS;
         pinned.close();
-        return pinFolder(PinRequest{parent.handle(), QStringLiteral("job"), job.handle(), job.identity, place},
+        return pinFolder(PinRequest{parent.handle(), QStringLiteral("job"), job.handle(), job.identity, expected},
                          pinned, error);
     };
     ASSERT_EQ(pin(), Pin::Taken);
@@ -37,7 +38,10 @@ TEST_F(FolderPinTest, AHeldFolderCanBeRenamedAPinnedOneCannotAndAMovedOrReplaced
     EXPECT_EQ(pin(), Pin::Moved);
     ASSERT_TRUE(rename("job2", "job"));
     EXPECT_EQ(pin(), Pin::Taken);
-    pinned.close();
+    // The very folder, no longer where it was reached: a folder above it moved.
+    expected = QStringLiteral("\\moved") + place;
+    EXPECT_EQ(pin(), Pin::Moved);
+    expected = place;
     // Another folder in its place.
     ASSERT_TRUE(rename("job", "job_old"));
     makeFile(QStringLiteral("job/"));
