@@ -33,13 +33,14 @@ DWORD fetch(HANDLE folder, bool first, std::vector<std::uint64_t>& buffer)
     return GetLastError();
 }
 
-// The kind takes the bits above the flags.
+// The kind takes the bits above the flags, below the packing's own.
 enum EntryFlag : std::uint8_t {
     kFolder = 1,
     kReadOnly = 2,
     kFreesSpace = 4,
 };
 constexpr int kKindShift = 3;
+static_assert((static_cast<int>(EntryKind::Loop) << kKindShift) < 0x80, "the kind fits in seven bits");
 
 std::uint8_t flagsOf(const EntryFacts& facts)
 {
