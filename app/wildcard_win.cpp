@@ -8,7 +8,6 @@
 #include "text/output.h"
 
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -80,17 +79,17 @@ void runBlockedFolder(FolderHold hold, const QString& path, const QString& concr
 }
 
 // Below a "*" every folder is one that a user may have made, so none may lead
-// elsewhere. Each is opened by its name in the folder before it and held, with
-// all before it, until the runs below it have ended: none of them can be
-// renamed, removed or replaced by a link in between. Built paths are never
-// read again as patterns, so a "*" in a found name is a character.
+// elsewhere. Each is opened by its name in the folder before it, never through
+// a path, and the one reached is held until its run has ended: Windows renames
+// or removes no folder while anything below it is open, so none of those above
+// it can be renamed, removed or replaced by a link in between. Built paths are
+// never read again as patterns, so a "*" in a found name is a character.
 void follow(FolderHold reached, QString path, const QStringList& names, qsizetype next, Expansion& expansion)
 {
     if (!reached.isHeld()) {
         runBlockedFolder(std::move(reached), path, concretePath(path, names, next), expansion);
         return;
     }
-    std::vector<FolderHold> above;
     for (; next < names.size(); ++next) {
         const QString& name = names.at(next);
         if (name.contains(kStar)) {
@@ -121,7 +120,6 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
             runBlockedFolder(std::move(inner), path, concrete, expansion);
             return;
         }
-        above.push_back(std::move(reached));
         reached = std::move(inner);
     }
     runReachedFolder(path, std::move(reached), expansion.pass);

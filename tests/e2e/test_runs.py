@@ -230,8 +230,9 @@ def test_keep_patterns_in_any_script(tool, drive, work, lang):
 
 def test_log_appends_each_report_whole(tool, drive, work):
     make_tree(work, SCRIPTS + ", \U0001f39e/e.tmp=o, J\u00fcrgen.txt=y")
-    log = work.parent / f"{work.name}.log"
-    runs = [tool("-v", "-do", "14", drive.win(work), "-LOG", drive.win(log)) for _ in range(2)]
+    # A relative name long enough to need the long-path form is taken from the current folder.
+    log = work.parent / f"{work.name}_{'L' * 210}.log"
+    runs = [tool("-v", "-do", "14", drive.win(work), "-LOG", log.name, cwd=work.parent) for _ in range(2)]
     raw = log.read_bytes()
     assert not raw.startswith(b"\xef\xbb\xbf") and b"\n" not in raw.replace(b"\r\n", b"")
     text = raw.decode("utf-8").replace("\r\n", "\n")
