@@ -93,7 +93,8 @@ ROWS = [
     # A folder that cannot be read is reported and kept: named, below it, matched (in its run), or a
     # wildcard's base; only what was below the named folder leaves the run complete.
     row("held named folder", "named/a.tmp=o", "-do 14 {w}\\named", code=5, held="named", stays="named/a.tmp"),
-    row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o", "-v -do 14 {w}\\tree", held="tree/held", stays="tree/held/c.tmp"),
+    row("held subfolder", "tree/clean/b.tmp=o, tree/held/c.tmp=o, tree/held/=o", "-v -do 14 {w}\\tree", held="tree/held",
+        stays="tree/held/c.tmp"),
     row("held match", "users/bob/Temp/d.tmp=o, users/eve/Temp/e.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5,
         held="users/bob", stays="users/bob/Temp/d.tmp"),
     row("held base", "users/bob/Temp/d.tmp=o", "-do 14 {w}\\users\\*\\Temp", code=5, held="users",
