@@ -7,25 +7,29 @@ namespace {
 
 // Set in an entry's first byte, above the listing's flags.
 constexpr std::uint8_t kLatin1Name = 0x80;
+// A number goes seven bits a byte, lowest first; the top bit says another
+// byte follows.
+constexpr int kBitsPerByte = 7;
+constexpr std::uint8_t kMoreFollows = 0x80;
+constexpr std::uint8_t kNumberBits = 0x7F;
 // A number's bytes at most: seven bits each of 64.
 constexpr std::size_t kNumberBytes = 10;
 constexpr std::size_t kNumbersPerEntry = 4;
 
 void putNumber(std::string& bytes, std::uint64_t value)
 {
-    constexpr std::uint64_t kMore = 0x80;
-    for (; value >= kMore; value >>= 7)
-        bytes.push_back(static_cast<char>((value & (kMore - 1)) | kMore));
+    for (; value > kNumberBits; value >>= kBitsPerByte)
+        bytes.push_back(static_cast<char>((value & kNumberBits) | kMoreFollows));
     bytes.push_back(static_cast<char>(value));
 }
 
 std::uint64_t takeNumber(const std::string& bytes, std::size_t& at)
 {
     std::uint64_t value = 0;
-    for (int shift = 0;; shift += 7) {
-        const auto byte = static_cast<unsigned char>(bytes[at++]);
-        value |= static_cast<std::uint64_t>(byte & 0x7F) << shift;
-        if (byte < 0x80)
+    for (int shift = 0;; shift += kBitsPerByte) {
+        const auto byte = static_cast<std::uint8_t>(bytes[at++]);
+        value |= static_cast<std::uint64_t>(byte & kNumberBits) << shift;
+        if ((byte & kMoreFollows) == 0)
             return value;
     }
 }
