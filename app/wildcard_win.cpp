@@ -101,7 +101,7 @@ void follow(FolderHold reached, QString path, const QStringList& names, qsizetyp
         if (name.isEmpty() || name == QLatin1String("."))
             continue;
         FolderHold inner = holdFoundFolder(reached, name);
-        if (inner.isLink || (inner.isHeld() && isListedAsLinkUnderWine(reached.handle(), name))) {
+        if (inner.isLink() || (inner.isHeld() && isListedAsLinkUnderWine(reached.handle(), name))) {
             if (expansion.pass.warns())
                 warnReachedThroughLink(concrete.isEmpty() ? path : concrete);
             ++expansion.reported;
@@ -147,7 +147,7 @@ void expandIn(const FolderHold& base, const QString& basePath, const QString& pa
             continue;
         // Gone, or a link, since the listing: no match either.
         FolderHold match = holdFoundFolder(base, name);
-        if (!match.foundNoFolder() && !match.isLink)
+        if (!match.foundNoFolder() && !match.isLink())
             follow(std::move(match), basePath + name, names, next, expansion);
     }
     listing::destroy(listing);

@@ -142,10 +142,8 @@ FolderHold holdFoundFolder(const FolderHold& parent, const QString& name)
         return hold;
     }
     hold.facts = factsOf(hold.handle(), name, attributes);
-    if (entryKind(hold.facts) == EntryKind::Link) {
+    if (hold.isLink())
         hold.folder.close();
-        hold.isLink = true;
-    }
     return hold;
 }
 

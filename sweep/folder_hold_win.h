@@ -13,8 +13,6 @@
 
 struct FolderHold {
     OwnedHandle folder;
-    // The handle showed a link where the listing had seen a folder.
-    bool isLink = false;
     // What the handle of a folder found in a held one showed.
     EntryFacts facts;
     // Nothing is there: the open said so.
@@ -31,6 +29,8 @@ struct FolderHold {
     // No folder is there now, whatever stands in its place.
     bool foundNoFolder() const { return isMissing || isNotFolder; }
     HANDLE handle() const { return folder.handle; }
+    // The handle showed a link where the listing had seen a folder.
+    bool isLink() const { return entryKind(facts) == EntryKind::Link; }
 };
 
 // The folder the caller named, opened by its path as named: a link there is
@@ -39,7 +39,7 @@ FolderHold holdNamedFolder(const QString& folder);
 
 // The folder called name in the held folder parent, opened itself and never a
 // link's target. A link put in its place since the listing is caught through
-// the handle: isLink is set and nothing is held. So is a folder gone since,
+// the handle: isLink() says so and nothing is held. So is a folder gone since,
 // with isMissing, or replaced by a file, with isNotFolder.
 FolderHold holdFoundFolder(const FolderHold& parent, const QString& name);
 
